@@ -1,0 +1,59 @@
+# What the targets of this project have in common.
+
+# The warnings, the language and the sanitizers; every target of ours gets them.
+function(drvrepo_settings target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    # A user who adds this folder to his own build may have a compiler that warns of more.
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        COMPILE_WARNING_AS_ERROR ${PROJECT_IS_TOP_LEVEL})
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wshadow -Wformat=2 -Wformat-nonliteral -Wnull-dereference)
+    if(DRVREPO_SANITIZE)
+        target_compile_options(${target} PRIVATE
+            -fsanitize=${DRVREPO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_link_options(${target} PRIVATE -fsanitize=${DRVREPO_SANITIZE})
+    endif()
+endfunction()
+
+# A library that exports only what its headers mark with <NAME>_EXPORT.
+function(drvrepo_add_library name)
+    string(TOUPPER ${name} upper)
+    add_library(${name} ${ARGN})
+    add_library(drvrepo::${name} ALIAS ${name})
+    drvrepo_settings(${name})
+    target_compile_definitions(${name} PRIVATE ${upper}_BUILD)
+    set_target_properties(${name} PROPERTIES
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}
+        POSITION_INDEPENDENT_CODE ON
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    # A unique symbol would pin the library: dlclose could not unload it.
+    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    if(BUILD_SHARED_LIBS)
+        target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,--as-needed)
+        # The sanitizer's run-time functions are in the executable, not in the library.
+        if(NOT DRVREPO_SANITIZE)
+            target_link_options(${name} PRIVATE -Wl,--no-undefined)
+        endif()
+    endif()
+endfunction()
+
+# One GoogleTest executable, test_<name>, from the given sources. Each of its tests becomes one of
+# ctest's, labelled <name>, that fails when it takes longer than TIMEOUT seconds (60).
+function(drvrepo_add_tests name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 60)
+    endif()
+    add_executable(test_${name} ${arg_SOURCES})
+    drvrepo_settings(test_${name})
+    target_link_libraries(test_${name}
+        PRIVATE ${arg_LIBRARIES} test_support GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(test_${name}
+        TEST_PREFIX ${name}.
+        DISCOVERY_MODE PRE_TEST
+        DISCOVERY_TIMEOUT 60
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${name})
+endfunction()
