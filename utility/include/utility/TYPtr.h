@@ -1,0 +1,133 @@
+#ifndef UTILITY_TYPTR_H
+#define UTILITY_TYPTR_H
+
+#include <utility>
+
+#include <utility/IUnknown.h>
+
+/// Holds the lock that a record names for the length of one full expression: what `->` of a
+/// counted pointer returns.
+template <class T> class LockedAccess
+{
+public:
+    LockedAccess(T* object, LockRecord const& record) : object_(object), scope_(record) {}
+    T* operator->() const { return object_; }
+
+private:
+    T* object_;
+    LockScope scope_;
+};
+
+/// A counted pointer: holds exactly one reference, or null.
+///
+/// Ownership   taking a raw pointer adopts the reference that the caller holds; `share` takes a
+///             further one. Copies share, moves hand over, destruction gives back.
+/// Reentrancy  a replaced object is released last, when the pointer already holds the new one.
+/// Locking     `->` takes the lock that `getLock` names, which is none here.
+/// The virtual operations are binary contract: destructor, getLock() const, getLock().
+template <class T> class TYPtr
+{
+public:
+    TYPtr() noexcept : object_(nullptr) {}
+    /// Takes over the caller's reference on `adopted`.
+    explicit TYPtr(T* adopted) noexcept : object_(adopted) {}
+    TYPtr(TYPtr const& other) : object_(other.object_) { addRef(); }
+    TYPtr(TYPtr&& other) noexcept : object_(other.detach()) {}
+    virtual ~TYPtr() { reset(); }
+
+    /// A pointer that takes a further reference on `object`.
+    static TYPtr share(T* object)
+    {
+        if (object != nullptr)
+            object->addRef();
+        return TYPtr(object);
+    }
+
+    TYPtr& operator=(TYPtr const& other)
+    {
+        TYPtr copy(other);
+        std::swap(object_, copy.object_);
+        return *this;
+    }
+    TYPtr& operator=(TYPtr&& other)
+    {
+        TYPtr taken(std::move(other));
+        std::swap(object_, taken.object_);
+        return *this;
+    }
+
+    /// Gives back the reference held and takes over the caller's reference on `adopted`.
+    void reset(T* adopted = nullptr)
+    {
+        T* const old = object_;
+        object_ = adopted;
+        if (old != nullptr)
+            old->release();
+    }
+    /// Hands the reference to the caller; the pointer becomes null.
+    T* detach() noexcept { return std::exchange(object_, nullptr); }
+
+    T* get() const noexcept { return object_; }
+    T& operator*() const noexcept { return *object_; }
+    explicit operator bool() const noexcept { return object_ != nullptr; }
+    /// Access under the lock that `getLock` names, held until the end of the full expression.
+    LockedAccess<T> operator->() const { return LockedAccess<T>(object_, getLock()); }
+
+    virtual LockRecord getLock() const { return {toUnknown(object_), nullptr, false}; }
+    virtual LockRecord getLock() { return {toUnknown(object_), nullptr, false}; }
+
+protected:
+    // A delegate is counted but no IUnknown; its record names no object, and so no lock.
+    static IUnknown* toUnknown(IUnknown* object) { return object; }
+    static IUnknown* toUnknown(void const*) { return nullptr; }
+
+private:
+    void addRef() const
+    {
+        if (object_ != nullptr)
+            object_->addRef();
+    }
+
+    T* object_;
+};
+
+/// A counted pointer whose `->` holds the lock of the object itself, for that call.
+template <class T> class TYPPtr : public TYPtr<T>
+{
+public:
+    TYPPtr() noexcept = default;
+    explicit TYPPtr(T* adopted) noexcept : TYPtr<T>(adopted) {}
+    TYPPtr(TYPPtr const&) = default;
+    TYPPtr(TYPPtr&&) noexcept = default;
+    TYPPtr& operator=(TYPPtr const&) = default;
+    TYPPtr& operator=(TYPPtr&&) = default;
+
+    /// A pointer that takes a further reference on `object`.
+    static TYPPtr share(T* object)
+    {
+        if (object != nullptr)
+            object->addRef();
+        return TYPPtr(object);
+    }
+
+    LockRecord getLock() const override { return record(); }
+    LockRecord getLock() override { return record(); }
+
+private:
+    LockRecord record() const
+    {
+        T* const object = this->get();
+        return {this->toUnknown(object), object != nullptr ? object->getLock() : nullptr, false};
+    }
+};
+
+template <class T> bool operator==(TYPtr<T> const& a, T const* b)
+{
+    return a.get() == b;
+}
+template <class T> bool operator!=(TYPtr<T> const& a, T const* b)
+{
+    return a.get() != b;
+}
+
+#endif
