@@ -33,7 +33,7 @@ function checkInclude(name, quoted,    path, to) {
         to = roomOf(path)
         if (to != from && !((from, to) in allowed))
             complain(from " must not include " to " (" name ")")
-    } else if (quoted) {
+    } else if (quoted || name ~ /^(drvrepo|utility|support|drvsh)\//) {
         complain("\"" name "\" is not in the tree")
     } else if (!((from, "system") in allowed) && name !~ /^[a-z_]+$/ && !(name in platform)) {
         complain(from " must not include <" name ">: the standard library alone")

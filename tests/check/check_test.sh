@@ -76,6 +76,7 @@ arrow src/driver/Names.cpp 'driver must not include repository' '#include "repos
 arrow src/repository/Names.cpp 'repository must not include driver.api' '#include <drvrepo/CDriver.h>'
 arrow src/repository/Names.cpp '"../driver/X.h" climbs out' '#include "../driver/X.h"'
 arrow src/repository/Names.cpp '"Nowhere.h" is not in the tree' '#include "Nowhere.h"'
+arrow src/repository/Names.cpp '"drvrepo/Nowhere.h" is not in the tree' '#include <drvrepo/Nowhere.h>'
 arrow src/channelgroup/Names.cpp 'group must not include repository' '#include "repository/Walk.h"'
 arrow src/foundation/Names.cpp 'foundation must not include driver.api' '#include <drvrepo/CDriver.h>'
 arrow tests/driver/NamesTest.cpp 'tests must not include foundation' '#include "foundation/Log.h"'
