@@ -82,6 +82,7 @@ arrow src/foundation/Names.cpp 'foundation must not include driver.api' '#includ
 arrow tests/driver/NamesTest.cpp 'tests must not include foundation' '#include "foundation/Log.h"'
 arrow tests/utility/NamesTest.cpp 'tests.utility must not include contract' \
     '#include <drvrepo/IDriver.h>'
+arrow tests/model/Model.cpp 'model must not include utility.api' '#include <utility/String.h>'
 arrow tools/drvsh/Names.cpp 'shell must not include repository' '#include <repository/Walk.h>'
 arrow examples/first.cpp 'examples must not include foundation' '#include "foundation/Log.h"'
 
