@@ -8,7 +8,15 @@ template <class R> R* recordAt(std::uintptr_t word)
     return reinterpret_cast<R*>(word);
 }
 
+String::StaticText<14> s_outOfMemory("Out of memory");
+
 } // namespace
+
+XCode XCode::OUT_OF_MEMORY(String& message)
+{
+    message = s_outOfMemory;
+    return XCode(-1);
+}
 
 String const& XCode::message() const
 {

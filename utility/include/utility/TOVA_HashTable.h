@@ -66,8 +66,8 @@ public:
         /// Stands nowhere; may be assigned and compared only.
         ConstIterator() : at_(nullptr) {}
 
-        Entry const& operator*() const { return *static_cast<Entry*>(at_); }
-        Entry const* operator->() const { return static_cast<Entry*>(at_); }
+        Entry const& operator*() const { return static_cast<Entry&>(*at_); }
+        Entry const* operator->() const { return &static_cast<Entry&>(*at_); }
         ConstIterator& operator++()
         {
             at_ = at_->next;
@@ -96,8 +96,8 @@ public:
 
         Iterator() = default;
 
-        Entry& operator*() const { return *static_cast<Entry*>(this->at_); }
-        Entry* operator->() const { return static_cast<Entry*>(this->at_); }
+        Entry& operator*() const { return static_cast<Entry&>(*this->at_); }
+        Entry* operator->() const { return &static_cast<Entry&>(*this->at_); }
         Iterator& operator++()
         {
             ConstIterator::operator++();
@@ -160,7 +160,7 @@ public:
         AllLink* const found = search(key, hash);
         if (found == &all_)
             return Iterator(append(key, std::move(value), hash));
-        static_cast<Entry*>(found)->value = std::move(value);
+        static_cast<Entry&>(*found).value = std::move(value);
         return Iterator(found);
     }
 
@@ -178,7 +178,7 @@ public:
     {
         if (place == end())
             return end();
-        Entry* const entry = static_cast<Entry*>(place.at_);
+        Entry* const entry = &static_cast<Entry&>(*place.at_);
         AllLink* const next = place.at_->next;
         unlink(entry);
         delete entry;
@@ -212,15 +212,15 @@ private:
         AllLink* const none = const_cast<AllLink*>(&all_);
         if (bucketCount_ == 0) {
             for (AllLink* at = all_.next; at != none; at = at->next)
-                if (C()(static_cast<Entry*>(at)->key, key))
+                if (C()(static_cast<Entry&>(*at).key, key))
                     return at;
             return none;
         }
         ChainLink* const head = &buckets_[bucketOf(hash, bucketCount_)];
         for (ChainLink* at = head->next; at != head; at = at->next) {
-            Entry* const entry = static_cast<Entry*>(at);
-            if (entry->hash == hash && C()(entry->key, key))
-                return entry;
+            Entry& entry = static_cast<Entry&>(*at);
+            if (entry.hash == hash && C()(entry.key, key))
+                return &entry;
         }
         return none;
     }
@@ -250,7 +250,7 @@ private:
         buckets_ = std::move(grown);
         bucketCount_ = buckets;
         for (AllLink* at = all_.next; at != &all_; at = at->next)
-            chain(static_cast<Entry*>(at));
+            chain(&static_cast<Entry&>(*at));
     }
 
     void chain(Entry* entry)

@@ -39,6 +39,9 @@ public:
         return *this;
     }
 
+    /// Code -1, with "Out of memory" in `message`: a static text, so that saying so cannot fail.
+    static XCode OUT_OF_MEMORY(String& message);
+
     /// 0 for success.
     std::int32_t code() const
     {

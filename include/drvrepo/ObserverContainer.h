@@ -1,0 +1,285 @@
+#ifndef DRVREPO_OBSERVERCONTAINER_H
+#define DRVREPO_OBSERVERCONTAINER_H
+
+#include <memory>
+#include <new>
+
+#include <utility/String.h>
+#include <utility/TOVA_List.h>
+#include <utility/TYPtr.h>
+
+#include <drvrepo/ObserverDelegate.h>
+
+/// A subject's observers: told of a change front to back, of its undoing back to front.
+///
+/// Order       ascending priority; among equals the newest registration first.
+/// Ownership   entries are owned; a live entry holds one reference on its delegate.
+/// Reentrancy  observers may add and remove from inside a notification: while `busy_` is above 0
+///             nothing is unlinked, entries only die (count below 1), and are skipped from then on.
+/// Locking     none; the caller holds the subject's lock.
+/// Each observer is handed a clone of its own, and may keep or alter what it finds in it.
+template <class T> class ObserverContainer
+{
+public:
+    using TObserver = typename T::Observer;
+    using Event = ObserverEvent<T>;
+    using Delegate = ObserverDelegate<T>;
+    using DoMethod = XCode (TObserver::*)(String&, Event&);
+    using NotifyMethod = void (TObserver::*)(Event&);
+
+    /// One registration.
+    class Wrapper
+    {
+    public:
+        Wrapper() = default;
+        Wrapper(TYPtr<Delegate> delegate, std::uint32_t priority, bool veto)
+            : delegate_(std::move(delegate)), priority_(priority), veto_(veto), count_(1)
+        {}
+
+        Delegate* delegate() const { return delegate_.get(); }
+        std::uint32_t priority() const { return priority_; }
+        bool hasVeto() const { return veto_; }
+        bool isLive() const { return count_ >= 1; }
+        /// Whether this is a live registration of that observer.
+        bool isOf(TObserver const* observer) const
+        {
+            return isLive() && delegate_ && delegate_.get()->observer() == observer;
+        }
+
+    private:
+        friend class ObserverContainer;
+
+        TYPtr<Delegate> delegate_;
+        std::uint32_t priority_ = 0;
+        bool veto_ = false;
+        std::int32_t count_ = 0;
+        std::uint32_t informed_ = 0; // how many of the broadcasts under way it need not be told
+    };
+
+    using Place = typename TOVA_List<Wrapper>::Iterator;
+
+    /// Where a broadcast ended early.
+    struct Stop
+    {
+        Place place;
+        TYPtr<Delegate> delegate; // of the entry there, also when that has died
+    };
+
+    /// Counts a broadcast for the length of a scope.
+    class BusyScope
+    {
+    public:
+        explicit BusyScope(ObserverContainer& container) : container_(container)
+        {
+            ++container_.busy_;
+        }
+        BusyScope(BusyScope const&) = delete;
+        BusyScope& operator=(BusyScope const&) = delete;
+        ~BusyScope() { --container_.busy_; }
+
+    private:
+        ObserverContainer& container_;
+    };
+
+    ObserverContainer() = default;
+    ObserverContainer(ObserverContainer const&) = delete;
+    ObserverContainer& operator=(ObserverContainer const&) = delete;
+
+    /// Registers a delegate, which gets a further reference; one that is registered already is
+    /// only counted once more. `veto`: it gets the method that may refuse. Failure:
+    /// std::bad_alloc, nothing registered.
+    void add(Delegate* delegate, std::uint32_t priority, bool veto)
+    {
+        purge();
+        for (Wrapper& entry : list_)
+            if (entry.isLive() && entry.delegate() == delegate) {
+                ++entry.count_;
+                return;
+            }
+        Event::reserve();
+        Place place = list_.begin();
+        while (place != list_.end() && place->priority_ < priority)
+            ++place;
+        list_.insert(place, Wrapper(TYPtr<Delegate>::share(delegate), priority, veto));
+    }
+
+    /// Takes back one registration of the first live entry of that observer; unknown ones are
+    /// passed over.
+    void remove(TObserver const* observer)
+    {
+        TYPtr<Delegate> released;
+        for (Wrapper& entry : list_)
+            if (entry.isOf(observer)) {
+                if (--entry.count_ == 0)
+                    released = std::move(entry.delegate_);
+                break;
+            }
+        purge();
+    }
+
+    /// Whether that very delegate is registered.
+    bool has(Delegate const* delegate) const
+    {
+        for (Wrapper const& entry : list_)
+            if (entry.isLive() && entry.delegate() == delegate)
+                return true;
+        return false;
+    }
+
+    /// The registration of that delegate has learned by other means what the broadcasts under way
+    /// tell; they pass it by.
+    void setInformed(Delegate const* delegate)
+    {
+        for (Wrapper& entry : list_)
+            if (entry.isLive() && entry.delegate() == delegate)
+                entry.informed_ = doing_;
+    }
+
+    /// The stop of a broadcast that reached everybody.
+    Stop nowhere() { return Stop{list_.end(), TYPtr<Delegate>()}; }
+    /// The stop of a broadcast that reached nobody.
+    Stop atFront() { return Stop{list_.begin(), TYPtr<Delegate>()}; }
+
+    /// Entries, dead ones included.
+    std::uint32_t size() const { return list_.count(); }
+    /// Broadcasts under way.
+    std::int32_t busy() const { return busy_; }
+
+    /// Tells every live entry in order, through `doMethod` those with the right of veto, and stops
+    /// at the first refusal. Returns the last answer of a veto holder; after a refusal `*refuser`
+    /// is who refused, else untouched; null is allowed. `message` belongs to the observers.
+    XCode broadcastDoEvent(String& message, Event const& event, DoMethod doMethod,
+                           NotifyMethod notifyMethod, TObserver** refuser)
+    {
+        Stop stop;
+        XCode rc = broadcastDoEvent(message, event, doMethod, notifyMethod, stop);
+        if (rc.code() != 0 && refuser != nullptr && stop.delegate)
+            *refuser = stop.delegate.get()->observer();
+        return rc;
+    }
+
+    /// Tells live entries in reverse order: all, or those before the last live entry of `refuser`.
+    void broadcastUndoEvent(Event const& event, NotifyMethod method, TObserver* refuser)
+    {
+        tellBackward(event, method, refuser != nullptr ? lastOf(refuser) : list_.end());
+    }
+
+    /// The same for a subject that undoes what was refused, or cut short by an exception: `stop`
+    /// learns where. The subject keeps a BusyScope until it has undone, so that the place stays.
+    XCode broadcastDoEvent(String& message, Event const& event, DoMethod doMethod,
+                           NotifyMethod notifyMethod, Stop& stop)
+    {
+        const DoScope doing(*this);
+        for (stop.place = list_.begin(); stop.place != list_.end(); ++stop.place) {
+            if (!stop.place->isLive() || stop.place->informed_ >= doing.level)
+                continue;
+            std::unique_ptr<Event> clone;
+            try {
+                clone.reset(event.clone());
+            } catch (std::bad_alloc const&) {
+                stop.delegate.reset();
+                return XCode::OUT_OF_MEMORY(message);
+            }
+            if (clone == nullptr)
+                continue;
+            stop.delegate = TYPtr<Delegate>::share(stop.place->delegate());
+            if (!stop.place->veto_) {
+                stop.delegate.get()->notifyEvent(notifyMethod, *clone);
+                continue;
+            }
+            XCode rc = stop.delegate.get()->notifyEvent(message, doMethod, *clone);
+            if (rc.code() != 0)
+                return rc;
+        }
+        return XCode();
+    }
+
+    /// Undoes before `stop`, which is sought by its observer as above; one that died or was cut
+    /// off meanwhile has only its place left.
+    void broadcastUndoEvent(Event const& event, NotifyMethod method, Stop const& stop)
+    {
+        const bool stands = stop.place != list_.end() && stop.place->isLive() &&
+                            stop.place->delegate()->observer() != nullptr;
+        tellBackward(event, method,
+                     stands ? lastOf(stop.place->delegate()->observer()) : stop.place);
+    }
+
+private:
+    /// A broadcast forward. Entries marked with its level or a deeper one are informed.
+    class DoScope
+    {
+    public:
+        explicit DoScope(ObserverContainer& container)
+            : level(++container.doing_), busy_(container), container_(container)
+        {}
+        DoScope(DoScope const&) = delete;
+        DoScope& operator=(DoScope const&) = delete;
+        ~DoScope()
+        {
+            --container_.doing_;
+            for (Wrapper& entry : container_.list_)
+                if (entry.informed_ > container_.doing_)
+                    entry.informed_ = container_.doing_;
+        }
+
+        const std::uint32_t level;
+
+    private:
+        const BusyScope busy_;
+        ObserverContainer& container_;
+    };
+
+    void purge()
+    {
+        if (busy_ != 0)
+            return;
+        for (Place at = list_.begin(); at != list_.end();)
+            if (at->isLive())
+                ++at;
+            else
+                at = list_.remove(at);
+    }
+
+    /// The place of the last live entry of an observer, the end without one.
+    Place lastOf(TObserver const* observer)
+    {
+        for (Place at = list_.end(); at != list_.begin();)
+            if ((--at)->isOf(observer))
+                return at;
+        return list_.end();
+    }
+
+    /// Tells the live entries before a place, last first; after an exception the rest as well,
+    /// before it goes on.
+    void tellBackward(Event const& event, NotifyMethod method, Place from)
+    {
+        const BusyScope busy(*this);
+        const auto tellRest = [&] {
+            while (from != list_.begin())
+                tell(event, method, *--from);
+        };
+        try {
+            tellRest();
+        } catch (...) {
+            tellRest();
+            throw;
+        }
+    }
+
+    void tell(Event const& event, NotifyMethod method, Wrapper const& entry)
+    {
+        if (!entry.isLive())
+            return;
+        const std::unique_ptr<Event> clone(event.clone());
+        if (clone == nullptr)
+            return;
+        const TYPtr<Delegate> held = TYPtr<Delegate>::share(entry.delegate());
+        held.get()->notifyEvent(method, *clone);
+    }
+
+    TOVA_List<Wrapper> list_;
+    std::int32_t busy_ = 0;
+    std::uint32_t doing_ = 0; // of these, the broadcasts forward
+};
+
+#endif

@@ -1,0 +1,63 @@
+#ifndef DRVREPO_OBSERVERDELEGATE_H
+#define DRVREPO_OBSERVERDELEGATE_H
+
+#include <utility/RefCount.h>
+#include <utility/String.h>
+#include <utility/XCode.h>
+
+#include <drvrepo/ObserverEvent.h>
+
+/// Stands between a subject `T` and one of its observers, and can be cut off.
+///
+/// Ownership   starts with one reference, its creator's; deletes itself with the last one. The
+///             observer is not owned: whoever destroys it calls `stopNotifications` first.
+/// Reentrancy  holds a reference on itself over each call, so that the observer may let go of it.
+/// Locking     the count is atomic, the rest needs the subject's lock.
+/// The virtual operations are binary contract, in the order given here, the destructor last.
+template <class T> class ObserverDelegate
+{
+public:
+    using TObserver = typename T::Observer;
+
+    explicit ObserverDelegate(TObserver* observer) : observer_(observer) {}
+    ObserverDelegate(ObserverDelegate const&) = delete;
+    ObserverDelegate& operator=(ObserverDelegate const&) = delete;
+
+    virtual void addRef() { refs_.increment(); }
+    virtual void release()
+    {
+        if (refs_.decrement())
+            delete this;
+    }
+    /// From now on every event is swallowed; an event that could be refused is accepted.
+    virtual void stopNotifications() { observer_ = nullptr; }
+    /// Calls a notification method of the observer.
+    virtual void notifyEvent(void (TObserver::*method)(ObserverEvent<T>&), ObserverEvent<T>& event)
+    {
+        if (observer_ == nullptr)
+            return;
+        const TYPtr<ObserverDelegate> held = TYPtr<ObserverDelegate>::share(this);
+        (observer_->*method)(event);
+    }
+    /// Calls a method of the observer that may refuse; returns its answer. `message` takes the
+    /// reason of a refusal.
+    virtual XCode notifyEvent(String& message,
+                              XCode (TObserver::*method)(String&, ObserverEvent<T>&),
+                              ObserverEvent<T>& event)
+    {
+        if (observer_ == nullptr)
+            return XCode();
+        const TYPtr<ObserverDelegate> held = TYPtr<ObserverDelegate>::share(this);
+        return (observer_->*method)(message, event);
+    }
+    virtual ~ObserverDelegate() = default;
+
+    /// The observer, null once notifications were stopped.
+    TObserver* observer() const { return observer_; }
+
+private:
+    AtomicRefCount refs_;
+    TObserver* observer_;
+};
+
+#endif

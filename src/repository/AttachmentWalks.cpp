@@ -1,0 +1,150 @@
+#include "repository/Frames.h"
+
+using Record = CDriverRepository::DriverWrapper;
+
+// News of one attachment goes along the driver's listeners: a value gone, or a new one.
+
+Record::Clearing::Clearing(DriverWrapper& ofRecord, String const& ofKey, String const& ofValue,
+                           Setting const* heardIn, bool isRollback)
+    : Walk(ofRecord, ofKey, ofValue, ofRecord.listeners_.end()), heardIn_(heardIn),
+      isRollback_(isRollback), passed_(heardIn == nullptr || heardIn->cursor == cursor)
+{}
+
+void Record::Clearing::run()
+{
+    while (visiting_ || cursor != record.listeners_.begin()) {
+        if (!visiting_) {
+            --cursor;
+            told = false;
+            visiting_ = true;
+            passed_ = passed_ || cursor == heardIn_->cursor;
+        }
+        tellOne();
+        visiting_ = false;
+    }
+    done_ = true;
+}
+
+/// Whether the entry heard the value, if only some did. The refuser of it has not.
+bool Record::Clearing::heard(Entry entry) const
+{
+    if (heardIn_ == nullptr)
+        return true;
+    if (entry == heardIn_->cursor)
+        return heardIn_->told && !isRollback_;
+    if (entry == cursor && passed_)
+        return true; // before that place, and no search is needed to know it
+    return heardIn_->holds(entry);
+}
+
+void Record::Clearing::tellOne()
+{
+    struct Cleared final : Occasion
+    {
+        Cleared(Clearing& w, Entry e) : walk(w), entry(e) {}
+        bool isDue() const
+        {
+            return walk.visiting_ && walk.cursor == entry && !walk.told && entry->isActive() &&
+                   walk.concerns(entry) && walk.heard(entry);
+        }
+        bool begin() override
+        {
+            const bool due = isDue();
+            walk.told = walk.told || due;
+            return due;
+        }
+        Clearing& walk;
+        const Entry entry;
+    };
+    Cleared occasion(*this, cursor);
+    if (!occasion.isDue())
+        return;
+    const Entry entry = cursor;
+    Listener* const l = entry->listener();
+    const bool leaves = record.talksTo(l, key, value) && !record.talksTo(l);
+    if (!occasion.isDue())
+        return;
+    if (leaves && isRollback_)
+        record.dismiss(entry, String::EMPTY(), String::EMPTY());
+    else if (leaves)
+        record.dismiss(entry, key, value);
+    else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key)))
+        record.tell(l, key, value, occasion);
+}
+
+bool Record::Clearing::holds(Entry entry) const
+{
+    if (done_ || !wasHere(entry) || !heard(entry))
+        return false;
+    return record.isBefore(entry, cursor) || (entry == cursor && visiting_ && !told);
+}
+
+Record::Setting::Setting(Change const& change)
+    : Walk(change.record_, change.key_, change.value_, change.record_.listeners_.begin()),
+      change_(change)
+{}
+
+XCode Record::Setting::run(String& error)
+{
+    for (; cursor != record.listeners_.end(); ++cursor) {
+        told = false;
+        if (!isWanted(cursor))
+            continue;
+        XCode rc = cursor->isActive() ? tellActive(error) : join(error);
+        if (rc.code() != 0)
+            return rc;
+    }
+    return XCode();
+}
+
+bool Record::Setting::isWanted(Entry entry) const
+{
+    return concerns(entry) && !change_.isReplaced();
+}
+
+XCode Record::Setting::tellActive(String& error)
+{
+    struct Set final : Occasion
+    {
+        explicit Set(Setting& w) : walk(w), entry(w.cursor) {}
+        bool stands() const override { return walk.isWanted(entry) && entry->isActive(); }
+        bool begin() override { return walk.told = stands(); }
+        Setting& walk;
+        const Entry entry;
+    };
+    // Who is still coming, and will be told the attachments, hears of this one then.
+    Joining const* const joining = record.joiningOf(cursor);
+    if (joining != nullptr && !record.hasReached(joining, record.attachments_.find(key)))
+        return XCode();
+    Set occasion(*this);
+    return record.ask(error, cursor->listener(), key, value, occasion);
+}
+
+/// The new value may start a match.
+XCode Record::Setting::join(String& error)
+{
+    const Entry entry = cursor;
+    Listener* const l = entry->listener();
+    if (record.talksTo(l, key, String::EMPTY()) || !record.talksTo(l))
+        return XCode();
+    if (!isWanted(entry) || entry->isActive())
+        return XCode();
+    record.finishLeaving(entry);
+    if (!isWanted(entry) || entry->isActive())
+        return XCode();
+    record.activate(entry);
+    Joining joining(record, entry);
+    return record.welcome(error, joining, REFUSED_SNAPSHOT);
+}
+
+bool Record::Setting::holds(Entry entry) const
+{
+    if (entry->joinedIn_ >= level || (entry == cursor && told))
+        return true;
+    return record.isBefore(entry, cursor);
+}
+
+bool Record::Setting::isLive() const
+{
+    return !refused_ && !change_.isReplaced();
+}

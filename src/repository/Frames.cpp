@@ -1,0 +1,84 @@
+#include "repository/Frames.h"
+
+using Record = CDriverRepository::DriverWrapper;
+
+namespace
+{
+
+/// A mark of `level` or deeper belongs to the frame that ends: what it marks is late no more.
+template <class Mark> void settle(Mark& mark, std::uint16_t level)
+{
+    if (mark >= level)
+        mark = static_cast<Mark>(level - 1);
+}
+
+/// Ends a snapshot level; `late` says whether there are marks to settle.
+void endSnapshotLevel(TOVA_StringHashTable<String>& attachments, std::uint16_t& level, bool& late)
+{
+    if (late)
+        for (auto& attachment : attachments)
+            settle(attachment.mark, level);
+    --level;
+    late = late && level != 0;
+}
+
+} // namespace
+
+Record::Joining::Joining(DriverWrapper& ofRecord, Entry ofEntry)
+    : record(ofRecord), entry(ofEntry), outer(ofRecord.joinings_),
+      next(ofRecord.attachments_.begin())
+{
+    record.joinings_ = this;
+}
+
+Record::Joining::~Joining()
+{
+    if (level != 0)
+        endSnapshotLevel(record.attachments_, record.snapshotLevel_, record.lateValues_);
+    record.joinings_ = outer;
+}
+
+void Record::Joining::beginSnapshot()
+{
+    level = ++record.snapshotLevel_;
+    next = record.attachments_.begin();
+}
+
+Record::Leaving::Leaving(DriverWrapper& ofRecord, Entry ofEntry, Joining const* ended,
+                         GoingKind ofKind, String const& changedKey, String const& changedValue)
+    : record(ofRecord), entry(ofEntry), joining(ended), kind(ofKind), key(changedKey),
+      value(changedValue), outer(ofRecord.leavings_), level(++ofRecord.snapshotLevel_),
+      next(ofRecord.attachments_.end()), tellsRemoved(kind == FAREWELL || kind == REFUSED_OFFER)
+{
+    record.leavings_ = this;
+    if (!entry->listener()->wantsSnapshot())
+        next = record.attachments_.begin();
+}
+
+Record::Leaving::~Leaving()
+{
+    endSnapshotLevel(record.attachments_, record.snapshotLevel_, record.lateValues_);
+    record.leavings_ = outer;
+}
+
+Record::Walk::Walk(DriverWrapper& ofRecord, String const& ofKey, String const& ofValue, Entry start)
+    : record(ofRecord), key(ofKey), value(ofValue), outer(ofRecord.walks_),
+      level(++ofRecord.walkLevel_), cursor(start)
+{
+    record.walks_ = this;
+}
+
+Record::Walk::~Walk()
+{
+    if (record.lateEntries_)
+        for (ListenerWrapper& entry : record.listeners_)
+            settle(entry.joinedIn_, level);
+    --record.walkLevel_;
+    record.lateEntries_ = record.lateEntries_ && record.walkLevel_ != 0;
+    record.walks_ = outer;
+}
+
+bool Record::Walk::concerns(Entry entry) const
+{
+    return wasHere(entry) && entry->isValid() && !entry->listener()->isGone() && !record.gone_;
+}

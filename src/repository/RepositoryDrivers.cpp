@@ -1,0 +1,223 @@
+#include <memory>
+#include <new>
+
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "foundation/Undo.h"
+#include "repository/Operation.h"
+
+// Drivers come and go. A coming is offered to the listeners front to back, a going told back to
+// front; a refused coming leaves the way an ordinary going does.
+
+namespace
+{
+
+XCode failKnown(String& error, String const& name)
+{
+    return failWith(
+        error, [&] { error.format("Driver already exists (CDriverRepo): %s", name.cString()); });
+}
+
+void logFailure(String const& name, String const& error)
+{
+    logError("DrvRepo: ADDING DRIVER '%s' FAILED: %s", name.cString(), error.cString());
+}
+
+} // namespace
+
+XCode CDriverRepository::addDriver(String& error, IDriver* driver)
+{
+    if (driver == nullptr)
+        return fail(error, TEXT_NO_DRIVER);
+    const Operation operation(*this);
+    const String name(driver->getDriverName());
+    finishDepartures(name, driver);
+    if (recordOf(name) != nullptr)
+        return failKnown(error, name);
+    logDebug(0, "DrvRepo: Add driver '%s'", name.cString());
+    DriverWrapper* record = nullptr;
+    XCode rc = enter(error, name, driver, record);
+    if (rc.code() == 0)
+        rc = introduce(error, name, *record);
+    if (rc.code() != 0)
+        logFailure(name, error);
+    else
+        error = String::EMPTY();
+    return rc;
+}
+
+/// Makes the driver's record and takes it in under the name.
+XCode CDriverRepository::enter(String& error, String const& name, IDriver* driver,
+                               DriverWrapper*& record)
+{
+    std::unique_ptr<DriverWrapper> made(new (std::nothrow) DriverWrapper(this, driver));
+    if (made == nullptr)
+        return XCode::OUT_OF_MEMORY(error);
+    if (recordOf(name) != nullptr) // taken by a call from inside
+        return failKnown(error, name);
+    try {
+        drivers_.put(name, made.get());
+    } catch (std::bad_alloc const&) {
+        return XCode::OUT_OF_MEMORY(error);
+    }
+    record = made.release();
+    record->stamp_ = ++clock_;
+    record->older_ = newest_;
+    (newest_ != nullptr ? newest_->newer_ : oldest_) = record;
+    newest_ = record;
+    return XCode();
+}
+
+/// Tells the driver and the listeners of each other; takes the driver out again when one refuses.
+XCode CDriverRepository::introduce(String& error, String const& name, DriverWrapper& record)
+{
+    IDriver* const driver = record.getDriver();
+    Listeners::Iterator stop = listeners_.begin();
+    bool failed = true;
+    XCode rc;
+    try {
+        driver->setDriverRepository(this);
+        rc = offer(error, record, stop);
+        failed = rc.code() != 0;
+    } catch (...) {
+        retire(record, name, driver, stop);
+        logFailure(name, error);
+        throw;
+    }
+    if (failed)
+        retire(record, name, driver, stop);
+    if (failed || !record.gone_)
+        return rc;
+    DriverWrapper const* const now = recordOf(name);
+    if (now != nullptr && now->getDriver() == driver)
+        return XCode();
+    return failWith(error, [&] { error.format("Driver '%s' does not exist", name.cString()); });
+}
+
+/// Offers the driver to the listeners that were there before it. `stop` is left at the one who
+/// refused, at the end without one.
+XCode CDriverRepository::offer(String& error, DriverWrapper& record, Listeners::Iterator& stop)
+{
+    const bool mayKnow = false;
+    DriverWrapper::Entry hint = record.listeners_.begin();
+    for (stop = listeners_.begin(); stop != listeners_.end(); ++stop) {
+        Listener* const listener = stop->listener();
+        if (record.gone_ || listener->gone_ || listener->stamp_ > record.stamp_)
+            continue;
+        XCode rc = record.meet(error, listener, mayKnow, hint);
+        if (rc.code() != 0)
+            return rc;
+    }
+    return XCode();
+}
+
+void CDriverRepository::removeDriver(IDriver* driver)
+{
+    if (driver == nullptr)
+        return;
+    const Operation operation(*this);
+    const String name(driver->getDriverName());
+    logDebug(0, "DrvRepo: Remove driver '%s'", name.cString());
+    finishDepartures(name, driver);
+    // Whichever driver stands under that name goes.
+    if (DriverWrapper* const record = recordOf(name))
+        retire(*record, name, driver, listeners_.end());
+}
+
+void CDriverRepository::removeDriver(String const& name)
+{
+    const Operation operation(*this);
+    const String own(name);
+    finishDepartures(own, nullptr);
+    IDriver* driver = nullptr;
+    if (getDriver(own, &driver).code() != 0)
+        return;
+    const TYPtr<IDriver> held(driver);
+    removeDriver(driver);
+}
+
+/// Takes a driver out and tells the listeners and, at last, `told`. One that has been taken out
+/// already stays so.
+void CDriverRepository::retire(DriverWrapper& record, String const& name, IDriver* told,
+                               Listeners::Iterator stop)
+{
+    if (record.gone_)
+        return;
+    record.gone_ = true;
+    drivers_.remove(name);
+    Departure departure(*this, record, name, told, stop);
+    inTurn([&] { finish(departure); }, [&] { discard(record); });
+}
+
+void CDriverRepository::finish(Departure& departure)
+{
+    inTurn([&] { throughout([&] { sayFarewells(departure); }); },
+           [&] {
+               const TYPtr<IDriver> told(departure.told.detach());
+               if (told)
+                   told.get()->setDriverRepository(nullptr);
+           });
+}
+
+/// Tells the listeners that had their offer, last first. An entry's active flag says who is still
+/// owed a farewell, so that the walk can be made again.
+void CDriverRepository::sayFarewells(Departure& departure)
+{
+    DriverWrapper& record = departure.record;
+    bool offered = departure.stop == listeners_.end();
+    DriverWrapper::Entry hint = record.listeners_.end();
+    for (Listeners::Iterator at = listeners_.end(); at != listeners_.begin();) {
+        --at;
+        Listener* const listener = at->listener();
+        if (offered || listener->stamp_ > record.stamp_) {
+            const DriverWrapper::Entry entry = record.findNear(hint, listener);
+            if (entry != record.listeners_.end()) {
+                hint = entry;
+                record.part(entry);
+            }
+        }
+        offered = offered || at == departure.stop;
+    }
+}
+
+/// Does what is still owed for drivers that are just leaving under that name, or that driver.
+void CDriverRepository::finishDepartures(String const& name, IDriver const* driver)
+{
+    for (Departure* at = departures_; at != nullptr; at = at->outer)
+        if (at->name == name || (driver != nullptr && at->record.getDriver() == driver))
+            finish(*at);
+}
+
+XCode CDriverRepository::getDriver(String const& name, IDriver** out)
+{
+    DriverWrapper const* const record = recordOf(name);
+    IDriver* const driver = record != nullptr ? record->getDriver() : nullptr;
+    if (driver != nullptr && out != nullptr)
+        driver->addRef();
+    if (out != nullptr)
+        *out = driver;
+    return XCode(driver != nullptr ? 0 : -1);
+}
+
+CDriverRepository::DriverWrapper* CDriverRepository::recordOf(String const& name) const
+{
+    const Drivers::ConstIterator found = drivers_.find(name);
+    return found != drivers_.end() ? found->value : nullptr;
+}
+
+/// Frees a record now, if nobody else can be looking at it.
+void CDriverRepository::discard(DriverWrapper& record)
+{
+    if (running_ > 1) {
+        graves_ = true;
+        return;
+    }
+    unlink(record);
+    delete &record;
+}
+
+void CDriverRepository::unlink(DriverWrapper& record)
+{
+    (record.older_ != nullptr ? record.older_->newer_ : oldest_) = record.newer_;
+    (record.newer_ != nullptr ? record.newer_->older_ : newest_) = record.older_;
+}

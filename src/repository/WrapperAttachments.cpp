@@ -1,0 +1,71 @@
+#include "foundation/Undo.h"
+#include "repository/Frames.h"
+
+using Record = CDriverRepository::DriverWrapper;
+
+// The attachments themselves; how a change is told stands in AttachmentWalks.
+
+String const& Record::getAttachment(String const& key) const
+{
+    const Attributes::ConstIterator found = attachments_.find(key);
+    return found != attachments_.end() ? found->value : String::EMPTY();
+}
+
+XCode Record::setAttachment(String& error, String const& key, String const& value)
+{
+    Change change(*this, key, value);
+    return change.run(error);
+}
+
+/// Stores a value. A new one is marked as later than the snapshots under way.
+void Record::store(String const& key, String const& value)
+{
+    const Attachment at = attachments_.put(key, value);
+    if (value.isEmpty())
+        return;
+    at->mark = snapshotLevel_;
+    lateValues_ = lateValues_ || snapshotLevel_ != 0;
+}
+
+/// The walk under way that says who holds which value of an attachment; null when all do alike.
+Record::Walk* Record::walkOf(String const& key) const
+{
+    Walk* walk = walks_;
+    while (walk != nullptr && !(walk->isLive() && walk->key == key))
+        walk = walk->outer;
+    return walk;
+}
+
+/// Lets the active entries be those whose listeners match, first to last.
+void Record::rematch()
+{
+    Entry next = listeners_.begin();
+    throughout([&] {
+        while (next != listeners_.end() && !gone_) {
+            const Entry entry = next;
+            ++next;
+            rematch(entry);
+        }
+    });
+}
+
+void Record::rematch(Entry entry)
+{
+    Listener* const l = entry->listener();
+    if (!entry->isValid() || l->isGone())
+        return;
+    const bool matches = talksTo(l);
+    if (matches == entry->isActive())
+        return;
+    finishLeaving(entry);
+    if (!entry->isValid() || l->isGone() || gone_ || matches == entry->isActive())
+        return;
+    if (!matches) {
+        dismiss(entry, String::EMPTY(), String::EMPTY());
+        return;
+    }
+    String refusal; // leaves just this listener out
+    activate(entry);
+    Joining joining(*this, entry);
+    static_cast<void>(welcome(refusal, joining, REFUSED_SNAPSHOT));
+}

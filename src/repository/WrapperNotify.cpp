@@ -1,0 +1,129 @@
+#include <drvrepo/IDriverRepositoryObserver.h>
+
+#include "foundation/Log.h"
+#include "repository/Frames.h"
+
+using Record = CDriverRepository::DriverWrapper;
+using Observer = IDriverRepositoryObserver;
+using Event = ObserverEvent<IDriverRepository>;
+
+// The only place where observers are called. Each tells one listener once.
+
+namespace
+{
+
+void logRefusal(Record const& record, CDriverRepository::Listener const* l, String const& error)
+{
+    logError("DrvRepo:   %s: NOTIFY LISTENER '%s' FAILED: %s", record.getDriverName().cString(),
+             l->name().cString(), error.cString());
+}
+
+/// Calls a method that may refuse, and returns the refusal if it counts.
+template <class Occasion>
+XCode deliver(Record const& record, String& error, CDriverRepository::Listener* l,
+              XCode (Observer::*method)(String&, Event&), Event& event, Occasion& occasion)
+{
+    if (!occasion.begin())
+        return XCode();
+    XCode rc = l->delegate()->notifyEvent(error, method, event);
+    if (rc.code() == 0 || !l->hasRightOfVeto() || !occasion.stands())
+        return XCode();
+    logRefusal(record, l, error);
+    return rc;
+}
+
+} // namespace
+
+XCode Record::ask(String& error, Listener* l, Occasion& occasion)
+{
+    if (l->delegate() == nullptr)
+        return XCode();
+    try {
+        // The wording is the same for listeners without the right.
+        logDebug(0, "DrvRepo:   %s: Notify listener '%s' with right of veto: onDriverAdded()",
+                 getDriverName().cString(), l->name().cString());
+        l->addCount(Listener::DRIVER_ADDED);
+        IDriverRepository::EvDriver event(repository_, getDriver());
+        return deliver(*this, error, l, &Observer::onDriverAdded, event, occasion);
+    } catch (...) {
+        logRefusal(*this, l, error);
+        throw;
+    }
+}
+
+XCode Record::ask(String& error, Listener* l, String const& key, String const& value,
+                  Occasion& occasion)
+{
+    if (l->delegate() == nullptr)
+        return XCode();
+    try {
+        logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentSet(%s=%s)",
+                 getDriverName().cString(), l->name().cString(), key.cString(), value.cString());
+        l->addCount(Listener::ATTACHMENT_SET);
+        IDriverRepository::EvAttachment event(repository_, getDriver(), key, value);
+        return deliver(*this, error, l, &Observer::onDriverAttachmentSet, event, occasion);
+    } catch (...) {
+        logRefusal(*this, l, error);
+        throw;
+    }
+}
+
+void Record::tell(Listener* l, Occasion& occasion)
+{
+    if (l->delegate() == nullptr)
+        return;
+    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverRemoved()", getDriverName().cString(),
+             l->name().cString());
+    l->addCount(Listener::DRIVER_REMOVED);
+    IDriverRepository::EvDriver event(repository_, getDriver());
+    if (occasion.begin())
+        l->delegate()->notifyEvent(&Observer::onDriverRemoved, event);
+}
+
+void Record::tell(Listener* l, String const& key, String const& value, Occasion& occasion)
+{
+    if (l->delegate() == nullptr)
+        return;
+    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentCleared(%s=%s)",
+             getDriverName().cString(), l->name().cString(), key.cString(), value.cString());
+    l->addCount(Listener::ATTACHMENT_CLEARED);
+    IDriverRepository::EvAttachment event(repository_, getDriver(), key, value);
+    if (occasion.begin())
+        l->delegate()->notifyEvent(&Observer::onDriverAttachmentCleared, event);
+}
+
+namespace
+{
+
+/// For notifications that are asked for directly: nothing can overtake them.
+template <class Base> struct Directly final : Base
+{
+    bool begin() override { return true; }
+};
+
+} // namespace
+
+XCode Record::notifyOnDriverAdded(String& error, Listener* l)
+{
+    Directly<Occasion> occasion;
+    return ask(error, l, occasion);
+}
+
+void Record::notifyOnDriverRemoved(Listener* l)
+{
+    Directly<Occasion> occasion;
+    tell(l, occasion);
+}
+
+XCode Record::notifyOnDriverAttachmentSet(String& error, Listener* l, String const& key,
+                                          String const& value)
+{
+    Directly<Occasion> occasion;
+    return ask(error, l, String(key), String(value), occasion);
+}
+
+void Record::notifyOnDriverAttachmentCleared(Listener* l, String const& key, String const& value)
+{
+    Directly<Occasion> occasion;
+    tell(l, String(key), String(value), occasion);
+}
