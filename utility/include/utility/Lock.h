@@ -4,8 +4,6 @@
 #include <utility/Export.h>
 #include <utility/XCode.h>
 
-class IUnknown;
-
 /// A lock as the objects of the platform hand it out. The virtual operations are binary contract:
 /// lock, unlock, destructor.
 class UTILITY_EXPORT Lock
@@ -24,9 +22,9 @@ public:
 /// What a counted pointer says about locked access to its object.
 struct LockRecord
 {
-    IUnknown* object; ///< the object held, not counted
-    Lock* lock;       ///< the lock to take, null for none
-    bool held;        ///< whether the lock is taken
+    void const* object; ///< the object held, not counted
+    Lock* lock;         ///< the lock to take, null for none
+    bool held;          ///< whether the lock is taken
 };
 
 /// Holds a lock from construction to destruction, also when an exception passes. A null lock is

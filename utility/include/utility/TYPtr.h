@@ -71,15 +71,16 @@ public:
     T& operator*() const noexcept { return *object_; }
     explicit operator bool() const noexcept { return object_ != nullptr; }
     /// Access under the lock that `getLock` names, held until the end of the full expression.
-    LockedAccess<T> operator->() const { return LockedAccess<T>(object_, getLock()); }
+    /// The pointer must not be null.
+    LockedAccess<T> operator->() const
+    {
+        if (object_ == nullptr)
+            __builtin_unreachable(); // or every use looks like a null dereference to compilers
+        return LockedAccess<T>(object_, getLock());
+    }
 
-    virtual LockRecord getLock() const { return {toUnknown(object_), nullptr, false}; }
-    virtual LockRecord getLock() { return {toUnknown(object_), nullptr, false}; }
-
-protected:
-    // A delegate is counted but no IUnknown; its record names no object, and so no lock.
-    static IUnknown* toUnknown(IUnknown* object) { return object; }
-    static IUnknown* toUnknown(void const*) { return nullptr; }
+    virtual LockRecord getLock() const { return {object_, nullptr, false}; }
+    virtual LockRecord getLock() { return {object_, nullptr, false}; }
 
 private:
     void addRef() const
@@ -117,7 +118,7 @@ private:
     LockRecord record() const
     {
         T* const object = this->get();
-        return {this->toUnknown(object), object != nullptr ? object->getLock() : nullptr, false};
+        return {object, object != nullptr ? object->getLock() : nullptr, false};
     }
 };
 
