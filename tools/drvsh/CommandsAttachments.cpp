@@ -1,0 +1,86 @@
+#include "InfoTree.h"
+#include "Shell.h"
+#include "Text.h"
+
+namespace
+{
+class Attach : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("DRIVER", driver_, "The driver's name");
+        arguments.required("KEY", key_, "The attachment's key");
+        arguments.required("VALUE", value_, "Its value; the empty text clears it");
+    }
+    void run(Shell& shell) override { shell.attach(driver_, key_, value_); }
+
+private:
+    std::string driver_;
+    std::string key_;
+    std::string value_;
+};
+
+class Detach : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("DRIVER", driver_, "The driver's name");
+        arguments.required("KEY", key_, "The attachment's key");
+    }
+    void run(Shell& shell) override { shell.attach(driver_, key_, ""); }
+
+private:
+    std::string driver_;
+    std::string key_;
+};
+
+class Get : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("DRIVER", driver_, "The driver's name");
+        arguments.required("KEY", key_, "The attachment's key");
+    }
+    void run(Shell& shell) override
+    {
+        shell.driver(driver_);
+        String value;
+        shell.repository()->getDriverAttachment(toString(driver_), toString(key_), value);
+        shell.output().line(toStd(value));
+    }
+
+private:
+    std::string driver_;
+    std::string key_;
+};
+
+class Attachments : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("DRIVER", driver_, "The driver's name");
+    }
+    void run(Shell& shell) override
+    {
+        shell.driver(driver_);
+        for (auto const& attachment : attachmentsOf(shell, driver_))
+            shell.output().line(attachment.first + "=" + attachment.second);
+    }
+
+private:
+    std::string driver_;
+};
+} // namespace
+
+void addAttachmentCommands(CommandEntries& entries)
+{
+    entries.push_back(commandEntry<Attach>("attach", "Set an attachment of a driver"));
+    entries.push_back(commandEntry<Detach>("detach", "Clear an attachment of a driver"));
+    entries.push_back(commandEntry<Get>("get", "Print the value of an attachment"));
+    entries.push_back(
+        commandEntry<Attachments>("attachments", "Print all attachments of a driver"));
+}

@@ -1,0 +1,131 @@
+#include "Identifiers.h"
+#include "InfoTree.h"
+#include "Shell.h"
+#include "ShellDriver.h"
+#include "ShellGroup.h"
+#include "Text.h"
+
+namespace
+{
+class DriverAdd : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("NAME", name_, "The driver's name");
+        arguments.option("--did", "UUID|NAME", did_, "Its type (DID_UNKNOWN)");
+        arguments.list("--iface", "UUID|NAME", interfaces_, "Interfaces that it offers");
+        arguments.flag("--again", again_, "Add the very driver that is registered once more");
+    }
+    void run(Shell& shell) override
+    {
+        if (again_) {
+            shell.addDriver(shell.driver(name_));
+            return;
+        }
+        TOVA_UUID const did = did_ ? identifierArgument(*did_) : IDriver::DID_UNKNOWN();
+        std::vector<TOVA_UUID> interfaces;
+        for (std::string const& argument : interfaces_) {
+            interfaces.push_back(identifierArgument(argument));
+            if (!ShellDriver::canAnswer(interfaces.back()))
+                throw CommandError("a driver of the shell can't be an " + argument);
+        }
+        shell.addDriver(TYPtr<IDriver>(new ShellDriver(did, toString(name_), interfaces)));
+    }
+
+private:
+    std::string name_;
+    std::optional<std::string> did_;
+    std::vector<std::string> interfaces_;
+    bool again_ = false;
+};
+
+class DriverRemove : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("NAME", name_, "The driver's name");
+        arguments.flag("--other", other_, "Remove it by another driver that has the same name");
+    }
+    void run(Shell& shell) override
+    {
+        String const name = toString(name_);
+        bool const known = shell.repository()->getDriver(name, nullptr).code() == 0;
+        if (other_)
+            shell.repository()->removeDriver(
+                TYPtr<IDriver>(new ShellDriver(IDriver::DID_UNKNOWN(), name, {})).get());
+        else
+            shell.repository()->removeDriver(name);
+        if (!known)
+            shell.output().line("there is no driver '" + name_ + "'");
+    }
+
+private:
+    std::string name_;
+    bool other_ = false;
+};
+
+class DriverShow : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("NAME", name_, "The driver's name");
+    }
+    void run(Shell& shell) override
+    {
+        TYPPtr<IDriver> const driver = shell.driver(name_);
+        std::vector<std::pair<std::string, std::string>> rows = {
+            {"name", name_},
+            {"type", driver->getDID().name()},
+            {"uuid", uuidText(driver->getDID())},
+        };
+        if (ShellGroup const* const group = shellGroup(*driver)) {
+            addReferences(rows, group->references());
+            rows.emplace_back("timeslots", timeslotText(group->getTimeslots()));
+        } else {
+            // Whatever is no group has been made by "driver add" or "load".
+            ShellDriver const& own = static_cast<ShellDriver const&>(*driver);
+            addReferences(rows, own.references());
+            for (TOVA_UUID const& iid : own.interfaces())
+                rows.emplace_back("interface", iid.name());
+        }
+        for (auto const& attachment : attachmentsOf(shell, name_))
+            rows.emplace_back("attachment", attachment.first + "=" + attachment.second);
+        shell.output().table(rows);
+    }
+
+private:
+    static void addReferences(std::vector<std::pair<std::string, std::string>>& rows, int count)
+    {
+        rows.emplace_back("references", std::to_string(count) + ", one of them this command's own");
+    }
+
+    std::string name_;
+};
+
+class Drivers : public Command
+{
+public:
+    void declare(Arguments&) override {}
+    void run(Shell& shell) override
+    {
+        TOVA_List<TYPPtr<IDriver>> drivers;
+        std::vector<std::pair<std::string, std::string>> rows;
+        for (TYPPtr<IDriver> const& driver :
+             shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+            rows.emplace_back(toStd(driver->getDriverName()), driver->getDID().name());
+        shell.output().table(rows);
+    }
+};
+} // namespace
+
+void addDriverCommands(CommandEntries& entries)
+{
+    entries.push_back(commandEntry<DriverAdd>("driver add", "Add a driver"));
+    entries.push_back(commandEntry<DriverRemove>("driver remove", "Remove a driver"));
+    entries.push_back(commandEntry<DriverShow>("driver show", "Print what a driver is and has"));
+    entries.push_back(
+        commandEntry<Drivers>("drivers", "Print all drivers and their types, the oldest first"));
+}

@@ -1,0 +1,84 @@
+#include "Shell.h"
+
+#include "Words.h"
+
+namespace
+{
+class Echo : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.rest("TEXT", words_, 0, "What to print, words joined by one blank");
+    }
+    void run(Shell& shell) override
+    {
+        std::string text;
+        for (std::string const& word : words_)
+            text += (&word == &words_.front() ? "" : " ") + word;
+        shell.output().line(text);
+    }
+
+private:
+    std::vector<std::string> words_;
+};
+
+class Fails : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.raw("COMMAND", words_, "The command that must fail, with its arguments");
+    }
+    void run(Shell& shell) override
+    {
+        try {
+            shell.execute(words_);
+        } catch (CommandError const& error) {
+            shell.output().outcome("failed: " + std::string(error.what()));
+            return;
+        }
+        throw CommandError("'" + words_.front() + "' was to fail, but did not");
+    }
+
+private:
+    std::vector<std::string> words_;
+};
+
+class Help : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.rest("COMMAND", words_, 0, "A command, or the first word of several");
+    }
+    void run(Shell& shell) override
+    {
+        std::vector<std::pair<std::string, std::string>> shown;
+        for (CommandEntry const& entry : allCommands())
+            if (words_.empty() || (words_.size() == 1 && entry.name.compare(0, words_[0].size() + 1,
+                                                                            words_[0] + " ") == 0))
+                shown.emplace_back(entry.name, entry.summary);
+        if (!shown.empty()) {
+            shell.output().table(shown);
+            return;
+        }
+        std::size_t used = 0;
+        CommandEntry const& entry = findCommand(words_, used);
+        Arguments arguments(entry.name, entry.summary);
+        std::unique_ptr<Command> const command = entry.make();
+        command->declare(arguments);
+        shell.output().line(arguments.help());
+    }
+
+private:
+    std::vector<std::string> words_;
+};
+} // namespace
+
+void addGeneralCommands(CommandEntries& entries)
+{
+    entries.push_back(commandEntry<Echo>("echo", "Print a text"));
+    entries.push_back(commandEntry<Fails>("fails", "Succeed, and say why, if a command fails"));
+    entries.push_back(commandEntry<Help>("help", "Show the commands, or how to use one"));
+}

@@ -1,0 +1,169 @@
+#include "Shell.h"
+#include "ShellGroup.h"
+#include "Text.h"
+
+#include <cstdio>
+
+namespace
+{
+unsigned timeslotArgument(std::string const& text)
+{
+    String error;
+    unsigned timeslots = 0;
+    check(IChannelGroup::TIMESLOTS_TEXT_TO_UINT(error, toString(text), timeslots), error);
+    return timeslots;
+}
+
+/// The group of that name, held by `driver`. Throws CommandError if there is none.
+ShellGroup& groupNamed(Shell& shell, std::string const& name, TYPPtr<IDriver>& driver)
+{
+    driver = shell.driver(name);
+    ShellGroup* const group = shellGroup(*driver);
+    if (group == nullptr)
+        throw CommandError("Driver '" + name + "' is no channel group");
+    return *group;
+}
+
+class GroupAdd : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("GROUP", group_, "The group's name");
+        arguments.optional("TIMESLOTS", timeslots_, "The timeslots that it begins with (none)");
+    }
+    void run(Shell& shell) override
+    {
+        unsigned const timeslots = timeslotArgument(timeslots_.value_or(""));
+        ShellGroup* const group = new ShellGroup(toString(group_));
+        TYPtr<IDriver> const driver(group);
+        String error;
+        check(group->setTimeslots(error, timeslots), error);
+        shell.addDriver(driver);
+    }
+
+private:
+    std::string group_;
+    std::optional<std::string> timeslots_;
+};
+
+class GroupSet : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("GROUP", group_, "The group's name");
+        arguments.required("TIMESLOTS", timeslots_,
+                           "All timeslots that it shall have; '' for none");
+    }
+    void run(Shell& shell) override
+    {
+        unsigned const timeslots = timeslotArgument(timeslots_);
+        TYPPtr<IDriver> driver;
+        ShellGroup& group = groupNamed(shell, group_, driver);
+        LockScope const held(group.getLock());
+        String error;
+        check(group.setTimeslots(error, timeslots), error);
+    }
+
+private:
+    std::string group_;
+    std::string timeslots_;
+};
+
+class GroupShow : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("GROUP", group_, "The group's name");
+    }
+    void run(Shell& shell) override
+    {
+        TYPPtr<IDriver> driver;
+        ShellGroup const& group = groupNamed(shell, group_, driver);
+        char mask[16];
+        std::snprintf(mask, sizeof mask, "0x%08X", group.getTimeslots());
+        std::vector<std::pair<std::string, std::string>> rows = {
+            {"timeslots", timeslotText(group.getTimeslots())}, {"mask", mask}};
+        for (std::string const& name : group.observers())
+            rows.emplace_back("observer", name);
+        shell.output().table(rows);
+    }
+
+private:
+    std::string group_;
+};
+
+class GroupObserve : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("GROUP", group_, "The group's name");
+        arguments.required("NAME", wish_.name, "The observer's name");
+        arguments.number("--priority", wish_.priority, "Lower is told first (0)");
+        arguments.flag("--veto", wish_.veto, "With the right of veto: it is asked, not told");
+        arguments.flag("--current", wish_.current, "Hear at once of the timeslots that are there");
+        arguments.repeated("--refuse", "RULE", rules_,
+                           "With --veto, what to refuse: 'added TIMESLOTS' (any of them) or 'Nth'");
+        arguments.option("--say", "TEXT", say_, "The reason that it gives (refused)");
+    }
+    void run(Shell& shell) override
+    {
+        wish_.refusals = refusalArguments(rules_, say_);
+        for (std::string const& rule : rules_)
+            if (rule.compare(0, 6, "added ") == 0)
+                timeslotArgument(rule.substr(6));
+            else if (rule.compare(0, 3, "set") == 0)
+                throw CommandError("'" + rule + "' is nothing that a channel group asks");
+        TYPPtr<IDriver> driver;
+        ShellGroup& group = groupNamed(shell, group_, driver);
+        LockScope const held(group.getLock());
+        String error;
+        check(group.observe(shell.output(), error, wish_), error);
+    }
+
+private:
+    std::string group_;
+    ShellGroup::Wish wish_;
+    std::vector<std::string> rules_;
+    std::optional<std::string> say_;
+};
+
+class GroupUnobserve : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.required("GROUP", group_, "The group's name");
+        arguments.required("NAME", name_, "The observer's name");
+        arguments.flag("--current", current_, "Hear that the timeslots are gone");
+    }
+    void run(Shell& shell) override
+    {
+        TYPPtr<IDriver> driver;
+        ShellGroup& group = groupNamed(shell, group_, driver);
+        LockScope const held(group.getLock());
+        if (!group.unobserve(name_, current_))
+            shell.output().line("there is no observer '" + name_ + "'");
+    }
+
+private:
+    std::string group_;
+    std::string name_;
+    bool current_ = false;
+};
+} // namespace
+
+void addGroupCommands(CommandEntries& entries)
+{
+    entries.push_back(commandEntry<GroupAdd>("group add", "Add a channel group"));
+    entries.push_back(
+        commandEntry<GroupSet>("group set", "Change the timeslots of a channel group"));
+    entries.push_back(commandEntry<GroupShow>("group show", "Print what a channel group has"));
+    entries.push_back(commandEntry<GroupObserve>(
+        "group observe", "Register an observer, which shows what it hears, and may refuse"));
+    entries.push_back(
+        commandEntry<GroupUnobserve>("group unobserve", "Remove an observer of a channel group"));
+}

@@ -1,0 +1,145 @@
+#include "Shell.h"
+
+#include "Script.h"
+#include "ShellListener.h"
+#include "ShellMonitor.h"
+#include "Text.h"
+#include "Words.h"
+
+#include <drvrepo/CDriverRepository.h>
+
+#include <climits>
+
+Shell::Shell(std::ostream& out, std::ostream& err)
+    : output_(out, err), repository_(new CDriverRepository(loop_))
+{}
+
+Shell::~Shell()
+{
+    monitor_.reset();
+    for (auto const& entry : listeners_) {
+        entry.second.delegate->stopNotifications();
+        repository_->removeDriverRepositoryObserver(toString(entry.first));
+    }
+    TOVA_List<TYPPtr<IDriver>> drivers;
+    for (TYPPtr<IDriver> const& driver :
+         repository_->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+        repository_->removeDriver(driver.get());
+}
+
+void Shell::showLog(unsigned verbosity)
+{
+    unsigned const most = INT_MAX;
+    monitor_.reset();
+    monitor_ = std::make_unique<ShellMonitor>(
+        output_, static_cast<std::int32_t>(verbosity < most ? verbosity : most));
+}
+
+bool Shell::run(Script& script, bool keepGoing)
+{
+    bool good = true;
+    std::string line;
+    folder_ = script.folder();
+    while ((good || keepGoing) && script.next(line))
+        good = runLine(line, script.place()) && good;
+    if (!script.problem().empty())
+        complain(script.name(), "can't be read: " + script.problem());
+    return good && script.problem().empty();
+}
+
+bool Shell::runLine(std::string const& line, std::string const& place)
+{
+    try {
+        CommandLine const command = splitWords(line);
+        if (command.words.empty())
+            return true;
+        output_.beginCommand(command.text);
+        execute(command.words);
+        return true;
+    } catch (QuotingError const& error) {
+        complain(place, error.what());
+    } catch (CommandError const& error) {
+        complain(place, error.what());
+    }
+    return false;
+}
+
+void Shell::complain(std::string const& place, std::string const& reasons)
+{
+    std::size_t start = 0;
+    for (;;) {
+        std::size_t const end = reasons.find('\n', start);
+        output_.complain(place + ": " + reasons.substr(start, end - start));
+        if (end == std::string::npos)
+            return;
+        start = end + 1;
+    }
+}
+
+void Shell::execute(std::vector<std::string> const& words)
+{
+    std::size_t used = 0;
+    CommandEntry const& entry = findCommand(words, used);
+    std::unique_ptr<Command> const command = entry.make();
+    Arguments arguments(entry.name, entry.summary);
+    command->declare(arguments);
+    try {
+        if (arguments.parse({words.begin() + static_cast<long>(used), words.end()}))
+            command->run(*this);
+        else
+            output_.line(arguments.help());
+    } catch (UsageError const& error) {
+        throw CommandError(entry.name + ": " + error.what());
+    } catch (CommandError const& error) {
+        std::string reasons = entry.name + ": " + error.what();
+        for (std::size_t end = reasons.find('\n'); end != std::string::npos;
+             end = reasons.find('\n', end + 1))
+            reasons.insert(end + 1, entry.name + ": ");
+        throw CommandError(reasons);
+    }
+}
+
+std::string Shell::path(std::string const& path) const
+{
+    return !path.empty() && path.front() == '/' ? path : folder_ + path;
+}
+
+void Shell::addDriver(TYPtr<IDriver> const& driver)
+{
+    String error;
+    check(repository_->addDriver(error, driver.get()), error);
+}
+
+TYPPtr<IDriver> Shell::driver(std::string const& name) const
+{
+    IDriver* found = nullptr;
+    if (repository_->getDriver(toString(name), &found).code() != 0)
+        throw CommandError("Driver '" + name + "' does not exist");
+    return TYPPtr<IDriver>(found);
+}
+
+void Shell::attach(std::string const& driver, std::string const& key, std::string const& value)
+{
+    String error;
+    check(repository_->setDriverAttachment(error, toString(driver), toString(key), toString(value)),
+          error);
+}
+
+void Shell::listen(ListenerWish const& wish)
+{
+    Listening listening{
+        std::make_unique<ShellListener>(output_, wish.name, wish.refusals, wish.veto), {}};
+    listening.delegate.reset(new Delegate(listening.listener.get()));
+    String error;
+    check(repository_->addDriverRepositoryObserver(
+              error, toString(wish.name), wish.did, wish.iid, toString(wish.prefix),
+              wish.attributes, wish.priority, wish.veto, wish.snapshot, listening.delegate.get()),
+          error);
+    listeners_[wish.name] = std::move(listening);
+}
+
+bool Shell::unlisten(std::string const& name)
+{
+    repository_->removeDriverRepositoryObserver(toString(name));
+    return listeners_.erase(name) != 0;
+}

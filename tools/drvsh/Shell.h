@@ -1,0 +1,108 @@
+#ifndef DRVSH_SHELL_H
+#define DRVSH_SHELL_H
+
+#include "Command.h"
+#include "Output.h"
+#include "Refusals.h"
+
+#include <drvrepo/IDriverRepository.h>
+#include <drvrepo/ObserverDelegate.h>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+class Script;
+class ShellListener;
+class ShellMonitor;
+
+/// Who shall listen to what.
+struct ListenerWish
+{
+    std::string name;
+    TOVA_UUID did;      ///< INVALID: any.
+    TOVA_UUID iid;      ///< INVALID: any.
+    std::string prefix; ///< Beginning of the drivers' names.
+    IDriverRepository::Attributes attributes;
+    unsigned priority = 0;
+    bool veto = false;
+    bool snapshot = false;
+    Refusals refusals;
+};
+
+/// The state of the shell: a repository of its own, the listeners made by commands, and where
+/// results go. Commands work on it.
+///
+/// Ownership   drivers belong to the repository alone; the shell keeps no reference on them.
+/// Life        when the shell goes, it takes out listeners and drivers without a word.
+class Shell
+{
+public:
+    /// The streams must outlive the shell.
+    Shell(std::ostream& out, std::ostream& err);
+    Shell(Shell const&) = delete;
+    Shell& operator=(Shell const&) = delete;
+    ~Shell();
+
+    Output& output() { return output_; }
+    /// The repository; `->` holds its lock.
+    TYPPtr<IDriverRepository> const& repository() const { return repository_; }
+
+    /// Shows the library's log lines, debug lines up to a verbosity.
+    void showLog(unsigned verbosity);
+
+    /// Runs a script. A command that fails is complained of with its place, and ends the script
+    /// unless `keepGoing`. Returns whether all went well.
+    bool run(Script& script, bool keepGoing);
+    /// Runs one command. Throws CommandError, which names the command.
+    void execute(std::vector<std::string> const& words);
+
+    /// A path as the script that is running means it.
+    std::string path(std::string const& path) const;
+
+    /// Adds a driver. Throws CommandError with the library's reason.
+    void addDriver(TYPtr<IDriver> const& driver);
+    /// The driver of that name. Throws CommandError if there is none.
+    TYPPtr<IDriver> driver(std::string const& name) const;
+    /// Sets an attachment. Throws CommandError with the library's reason.
+    void attach(std::string const& driver, std::string const& key, std::string const& value);
+
+    /// Registers a listener. Throws CommandError with the library's reason.
+    void listen(ListenerWish const& wish);
+    /// Removes a listener. Returns false if there is none of that name.
+    bool unlisten(std::string const& name);
+
+private:
+    using Delegate = ObserverDelegate<IDriverRepository>;
+    struct Listening
+    {
+        std::unique_ptr<ShellListener> listener;
+        TYPtr<Delegate> delegate;
+    };
+
+    bool runLine(std::string const& line, std::string const& place);
+    void complain(std::string const& place, std::string const& reasons);
+
+    Output output_;
+    std::unique_ptr<ShellMonitor> monitor_;
+    TYEventLoop loop_;
+    TYPPtr<IDriverRepository> repository_;
+    std::map<std::string, Listening> listeners_;
+    std::string folder_; // of the script that is running
+};
+
+/// Throws CommandError with the library's reason if `result` is a failure.
+void check(XCode const& result, String const& reason);
+
+/// The identifier that an argument means. Throws CommandError, with the nearest name.
+TOVA_UUID identifierArgument(std::string const& text);
+
+/// Attributes from arguments "KEY=VALUE"; a later one for the same key counts. Throws CommandError.
+IDriverRepository::Attributes attributeArguments(std::vector<std::string> const& arguments);
+
+/// Refusals from the arguments of --refuse and --say. Throws CommandError.
+Refusals refusalArguments(std::vector<std::string> const& rules,
+                          std::optional<std::string> const& text);
+
+#endif
