@@ -169,6 +169,7 @@ void CDriverRepository::sayFarewells(Departure& departure)
     for (Listeners::Iterator at = listeners_.end(); at != listeners_.begin();) {
         --at;
         Listener* const listener = at->listener();
+        offered = offered || at == departure.stop;
         if (offered || listener->stamp_ > record.stamp_) {
             const DriverWrapper::Entry entry = record.findNear(hint, listener);
             if (entry != record.listeners_.end()) {
@@ -176,7 +177,6 @@ void CDriverRepository::sayFarewells(Departure& departure)
                 record.part(entry);
             }
         }
-        offered = offered || at == departure.stop;
     }
 }
 
