@@ -64,12 +64,13 @@ void Record::Clearing::tellOne()
     const bool leaves = record.talksTo(l, key, value) && !record.talksTo(l);
     if (!occasion.isDue())
         return;
-    if (leaves && isRollback_)
-        record.dismiss(entry, String::EMPTY(), String::EMPTY());
-    else if (leaves)
-        record.dismiss(entry, key, value);
-    else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key)))
+    if (leaves) {
+        told = true;
+        record.dismiss(entry, isRollback_ ? String::EMPTY() : key,
+                       isRollback_ ? String::EMPTY() : value);
+    } else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key))) {
         record.tell(l, key, value, occasion);
+    }
 }
 
 bool Record::Clearing::holds(Entry entry) const
