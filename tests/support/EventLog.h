@@ -1,0 +1,31 @@
+#ifndef SUPPORT_EVENTLOG_H
+#define SUPPORT_EVENTLOG_H
+
+#include <string>
+
+/// Who heard what, one line an event, in the order in which it was heard. All observers of a test
+/// write into one.
+class EventLog
+{
+public:
+    void add(std::string const& who, std::string const& what)
+    {
+        lines_ += who;
+        lines_ += ": ";
+        lines_ += what;
+        lines_ += '\n';
+    }
+
+    /// All lines since the last call.
+    std::string take()
+    {
+        std::string taken;
+        taken.swap(lines_);
+        return taken;
+    }
+
+private:
+    std::string lines_;
+};
+
+#endif
