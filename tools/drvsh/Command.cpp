@@ -46,7 +46,7 @@ CommandEntry const* entryNamed(std::string const& name)
         throw CommandError(words[0] + ": one of these is missing behind it: " + seconds);
     // The second word of a misspelt command may be its argument.
     std::string hint = didYouMean(both, names);
-    if (hint.empty())
+    if (hint.empty() && seconds.empty())
         hint = didYouMean(words[0], names);
     throw CommandError("unknown command '" + (seconds.empty() ? words[0] : both) + "'" + hint);
 }

@@ -32,6 +32,8 @@ public:
     }
     void run(Shell& shell) override
     {
+        if (words_.front() == "fails")
+            throw CommandError("it can't stand behind itself");
         try {
             shell.execute(words_);
         } catch (CommandError const& error) {

@@ -6,7 +6,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <drvrepo/CDriverRepository.h>
 #include <utility/InfoContainer.h>
 
 #include <algorithm>
@@ -77,11 +76,7 @@ Json jsonOf(std::vector<InfoNode> const& nodes)
 std::vector<InfoNode> infoTree(Shell& shell, InfoLimits const& limits)
 {
     InfoContainer info;
-    {
-        LockScope const held(shell.repository().getLock());
-        static_cast<CDriverRepository const&>(*shell.repository())
-            .getInfo(info, limits.depth, 0, limits.detail, 0, String::EMPTY());
-    }
+    shell.repository()->getInfo(info, limits.depth, 0, limits.detail, 0, String::EMPTY());
     std::size_t at = 0;
     return nodesOf(info.rows(), at, 0, shell.output());
 }

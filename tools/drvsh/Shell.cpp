@@ -6,8 +6,6 @@
 #include "Text.h"
 #include "Words.h"
 
-#include <drvrepo/CDriverRepository.h>
-
 #include <climits>
 
 Shell::Shell(std::ostream& out, std::ostream& err)

@@ -5,7 +5,7 @@
 #include "Output.h"
 #include "Refusals.h"
 
-#include <drvrepo/IDriverRepository.h>
+#include <drvrepo/CDriverRepository.h>
 #include <drvrepo/ObserverDelegate.h>
 
 #include <map>
@@ -47,7 +47,7 @@ public:
 
     Output& output() { return output_; }
     /// The repository; `->` holds its lock.
-    TYPPtr<IDriverRepository> const& repository() const { return repository_; }
+    TYPPtr<CDriverRepository> const& repository() const { return repository_; }
 
     /// Shows the library's log lines, debug lines up to a verbosity.
     void showLog(unsigned verbosity);
@@ -87,7 +87,7 @@ private:
     Output output_;
     std::unique_ptr<ShellMonitor> monitor_;
     TYEventLoop loop_;
-    TYPPtr<IDriverRepository> repository_;
+    TYPPtr<CDriverRepository> repository_;
     std::map<std::string, Listening> listeners_;
     std::string folder_; // of the script that is running
 };

@@ -1,0 +1,146 @@
+#!/usr/bin/env bash
+# program_test.sh COMMAND...: runs drvsh, which COMMAND starts, as a user would, and compares what
+# it prints, what it complains of, and how it ends.
+set -u
+here=$(cd "$(dirname "$0")" && pwd)
+drvsh=("$@")
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 1
+failed=0
+
+# ends STATUS ARGUMENT...: runs drvsh; standard input is that of the call.
+ends() {
+    local wanted=$1
+    shift
+    "${drvsh[@]}" "$@" >out 2>err
+    local status=$?
+    if [ $status -ne "$wanted" ]; then
+        echo "drvsh $*: ended with $status instead of $wanted"
+        cat out err
+        failed=1
+    fi
+}
+
+# holds FILE TEXT: the last run wrote exactly this into out or err.
+holds() {
+    if ! diff -u --label wanted --label "$1" <(printf '%s' "$2") "$1"; then
+        echo "^ in the $1 of the last run"
+        failed=1
+    fi
+}
+
+# begins FILE TEXT: the last run wrote this first.
+begins() {
+    if ! cmp -s <(head -c ${#2} "$1") <(printf '%s' "$2"); then
+        echo "$1 does not begin with: $2"
+        cat "$1"
+        failed=1
+    fi
+}
+
+n=$'\n'
+
+# Commands from -c, which may be repeated and hold several lines.
+ends 0 -c "name split 'fxs 2'"
+begins out "type        fxs$n"
+ends 0 -c 'timeslots 1-15;17-31'
+holds out "0xFFFEFFFE$n"
+ends 0 -c "echo a${n}echo b" -c '' -c 'echo [c]' --command='echo -- -d'
+holds out "a${n}b${n}[c]$n-d$n"
+ends 0 '-cecho [x]'
+holds out "[x]$n"
+
+# Failures: status 1, the place by line over all texts, and no more unless asked to go on.
+ends 1 -c 'echo a' -c "nonsense${n}echo b"
+holds out "a$n"
+holds err "-c:2: unknown command 'nonsense'$n"
+ends 1 --keep-going -c 'nonsense' -c 'echo b'
+holds out "b$n"
+ends 1 -k -c "driver add a${n}driver add a${n}drivers"
+holds out "a  DID_UNKNOWN$n"
+holds err "-c:2: driver add: Driver already exists (CDriverRepo): a$n"
+
+# Standard input, by itself or as "-".
+ends 0 < <(printf 'echo in\r\necho last')
+holds out "in${n}last$n"
+ends 1 - <<<"echo 'a"
+holds err "<stdin>:1: a quote ' is not closed$n"
+ends 0 </dev/null
+holds out ''
+
+# Files, then -c; one shell for all of them.
+echo 'driver add x' >first.drv
+echo 'drivers' >second.drv
+ends 0 -c 'find' first.drv second.drv
+holds out "x  DID_UNKNOWN${n}x$n"
+ends 1 missing.drv first.drv -c 'drivers'
+holds out ''
+holds err "missing.drv: can't be read: No such file or directory$n"
+ends 1 --keep-going missing.drv first.drv -c 'drivers'
+holds out "x  DID_UNKNOWN$n"
+ends 1 .
+holds err ".: can't be read: Is a directory$n"
+ends 0 --echo first.drv -c 'find # all'
+holds out "> driver add x$n> find${n}x$n"
+
+# The log.
+ends 0 --log first.drv
+holds out "> driver add x$n  [7] DrvRepo: Add driver 'x'$n"
+ends 0 --log=7 -c 'driver remove y'
+holds out "there is no driver 'y'$n"
+
+# The program's own usage.
+ends 2 --nonsense
+holds err "drvsh: there is no option '--nonsense'${n}Try 'drvsh --help'.$n"
+ends 2 --log=much
+holds err "drvsh: --log: 'much' is no number from 0 to 4294967295${n}Try 'drvsh --help'.$n"
+ends 2 -c
+ends 0 --help
+begins out 'A shell to look at and try a registry of drivers.'
+
+# Long lines and any bytes.
+long=$(head -c 1000000 /dev/zero | tr '\0' x)
+ends 0 < <(printf 'echo %s' "$long")
+holds out "$long$n"
+ends 1 -k < <(head -c 100000 /dev/zero | tr '\0' '\377')
+ends 1 -k < <(printf 'echo a\0b\n\0\n')
+[ "$(od -An -c out | tr -d ' \n')" = 'a\0b\n' ] || { echo 'a zero byte was lost'; failed=1; }
+
+# A full disk is a failure.
+"${drvsh[@]}" -c 'echo a' >/dev/full 2>err
+[ $? -eq 1 ] || { echo 'a full disk is no failure'; failed=1; }
+holds err "drvsh: the output can't be written$n"
+
+# What a newcomer sees first.
+ends 0 "$here/../../examples/gateway.drv"
+holds err ''
+if ! diff -u "$here/gateway.expected" out; then
+    echo "^ if the difference is right, make tests/drvsh/gateway.expected anew"
+    failed=1
+fi
+
+# What the document shows: each "$ drvsh ..." and the lines under it, up to a line that is blank.
+cd "$here/../.." || exit 1
+shown=0
+while IFS= read -r line; do
+    case $line in
+    '    $ drvsh '*)
+        command=${line#    $ drvsh }
+        wanted=
+        while IFS= read -r line && [ -n "$line" ]; do
+            wanted+="${line#    }$n"
+        done
+        eval "arguments=($command)"
+        got=$("${drvsh[@]}" "${arguments[@]}" 2>&1 && echo .)
+        if [ "$got" != "$wanted." ]; then
+            diff -u --label docs/Shell.md --label drvsh <(printf '%s.\n' "$wanted") <(echo "$got")
+            failed=1
+        fi
+        shown=$((shown + 1))
+        ;;
+    esac
+done <docs/Shell.md
+[ $shown -ge 6 ] || { echo "docs/Shell.md shows only $shown commands"; failed=1; }
+
+exit $failed
