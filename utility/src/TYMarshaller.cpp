@@ -6,6 +6,14 @@
 
 #include <utility/RefCount.h>
 
+namespace
+{
+
+// Twice that and the head of a block still fit into 32 bits.
+constexpr unsigned MAX_SIZE = UINT32_MAX / 2 - 64;
+
+} // namespace
+
 struct TYMarshaller::Buffer::Block
 {
     AtomicRefCount refs;
@@ -28,7 +36,8 @@ bool TYMarshaller::Buffer::read(unsigned offset, void* into, unsigned size) cons
 {
     if (offset > size_ || size > size_ - offset)
         return false;
-    std::memcpy(into, static_cast<unsigned char const*>(data()) + offset, size);
+    if (size != 0) // nothing may be read into null
+        std::memcpy(into, static_cast<unsigned char const*>(data()) + offset, size);
     return true;
 }
 
@@ -36,7 +45,7 @@ void TYMarshaller::Buffer::addTail(void const* data, unsigned size)
 {
     if (data == nullptr || size == 0)
         return;
-    if (size > UINT32_MAX / 2 - size_)
+    if (size > MAX_SIZE - size_)
         throw std::bad_alloc();
     const unsigned capacity = block_ != nullptr ? block_->capacity : INLINE_SIZE;
     if (size_ + size <= capacity) {
