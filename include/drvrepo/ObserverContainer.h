@@ -170,6 +170,7 @@ public:
                            NotifyMethod notifyMethod, Stop& stop)
     {
         const DoScope doing(*this);
+        XCode answer;
         for (stop.place = list_.begin(); stop.place != list_.end(); ++stop.place) {
             if (!stop.place->isLive() || stop.place->informed_ >= doing.level)
                 continue;
@@ -187,11 +188,11 @@ public:
                 stop.delegate.get()->notifyEvent(notifyMethod, *clone);
                 continue;
             }
-            XCode rc = stop.delegate.get()->notifyEvent(message, doMethod, *clone);
-            if (rc.code() != 0)
-                return rc;
+            answer = stop.delegate.get()->notifyEvent(message, doMethod, *clone);
+            if (answer.code() != 0)
+                break;
         }
-        return XCode();
+        return answer;
     }
 
     /// Undoes before `stop`, which is sought by its observer as above; one that died or was cut

@@ -108,8 +108,9 @@ XCode Record::Setting::tellActive(String& error)
     struct Set final : Occasion
     {
         explicit Set(Setting& w) : walk(w), entry(w.cursor) {}
-        bool stands() const override { return walk.isWanted(entry) && entry->isActive(); }
-        bool begin() override { return walk.told = stands(); }
+        bool isDue() const { return walk.isWanted(entry) && entry->isActive(); }
+        bool begin() override { return walk.told = isDue(); }
+        bool stands() const override { return isDue() && !entry->listener()->isGone(); }
         Setting& walk;
         const Entry entry;
     };
@@ -126,12 +127,11 @@ XCode Record::Setting::join(String& error)
 {
     const Entry entry = cursor;
     Listener* const l = entry->listener();
-    if (record.talksTo(l, key, String::EMPTY()) || !record.talksTo(l))
-        return XCode();
-    if (!isWanted(entry) || entry->isActive())
+    const auto mayJoin = [&] { return isWanted(entry) && !entry->isActive() && !l->isGone(); };
+    if (!mayJoin() || record.talksTo(l, key, String::EMPTY()) || !record.talksTo(l) || !mayJoin())
         return XCode();
     record.finishLeaving(entry);
-    if (!isWanted(entry) || entry->isActive())
+    if (!mayJoin())
         return XCode();
     record.activate(entry);
     Joining joining(record, entry);

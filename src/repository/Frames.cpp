@@ -80,5 +80,5 @@ Record::Walk::~Walk()
 
 bool Record::Walk::concerns(Entry entry) const
 {
-    return wasHere(entry) && entry->isValid() && !entry->listener()->isGone() && !record.gone_;
+    return wasHere(entry) && entry->isValid() && !record.gone_;
 }

@@ -101,7 +101,8 @@ protected:
 
     /// Whether the entry was here, as it is, when the walk began.
     bool wasHere(Entry entry) const { return entry->joinedIn_ < level; }
-    /// Whether it was, and driver and listener are still in.
+    /// Whether it was, and is to hear of the driver's attachments. A listener that is just leaving
+    /// does until it has parted from this driver.
     bool concerns(Entry entry) const;
 };
 

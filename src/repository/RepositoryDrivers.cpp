@@ -208,7 +208,7 @@ CDriverRepository::DriverWrapper* CDriverRepository::recordOf(String const& name
 /// Frees a record now, if nobody else can be looking at it.
 void CDriverRepository::discard(DriverWrapper& record)
 {
-    if (running_ > 1) {
+    if (running_ > 1 || graves_) {
         graves_ = true;
         return;
     }

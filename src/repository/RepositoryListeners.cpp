@@ -200,7 +200,7 @@ CDriverRepository::Listeners::Iterator CDriverRepository::listenerOf(String cons
 /// Frees a listener now, if nobody else can be looking at it.
 void CDriverRepository::discard(Listener& listener)
 {
-    if (running_ > 1) {
+    if (running_ > 1 || graves_) {
         graves_ = true;
         return;
     }
