@@ -1,18 +1,19 @@
+#include <new>
+
 #include <utility/Numbers.h>
 #include <utility/StringTokenizer.h>
 
 #include <drvrepo/IChannelGroup.h>
+
+#include "foundation/Texts.h"
 
 namespace
 {
 
 constexpr std::uint32_t COUNT = 32;
 
-XCode fail(String& message, char const* reason)
-{
-    message = reason;
-    return XCode(-1);
-}
+String::StaticText s_outOfRange("Timeslot out of range");
+String::StaticText s_notAscending("Start timeslot must be lower than end timeslot");
 
 /// The bits `first` to `last`, both included.
 std::uint32_t range(std::uint32_t first, std::uint32_t last)
@@ -33,10 +34,10 @@ XCode addToken(String& message, String const& token, std::uint32_t& mask)
     const std::uint32_t first = u_valueOf32(token.cString());
     const std::uint32_t last = dash < 0 ? first : u_valueOf32(end.cString());
     if (first >= COUNT || last >= COUNT)
-        return fail(message, "Timeslot out of range");
+        return fail(message, s_outOfRange);
     // A range of one timeslot is written as its number.
     if (dash >= 0 && first >= last)
-        return fail(message, "Start timeslot must be lower than end timeslot");
+        return fail(message, s_notAscending);
     mask |= range(first, last);
     return XCode();
 }
@@ -46,16 +47,20 @@ XCode addToken(String& message, String const& token, std::uint32_t& mask)
 XCode IChannelGroup::TIMESLOTS_TEXT_TO_UINT(String& message, String const& text,
                                             unsigned int& timeslots)
 {
-    StringTokenizer tokens(text, ";, ");
-    std::uint32_t mask = 0;
-    String token;
-    while (tokens.nextToken(token)) {
-        XCode rc = addToken(message, token, mask);
-        if (rc.code() != 0)
-            return rc;
+    try {
+        StringTokenizer tokens(text, ";, ");
+        std::uint32_t mask = 0;
+        String token;
+        while (tokens.nextToken(token)) {
+            XCode rc = addToken(message, token, mask);
+            if (rc.code() != 0)
+                return rc;
+        }
+        timeslots = mask;
+        return XCode();
+    } catch (std::bad_alloc const&) {
+        return XCode::OUT_OF_MEMORY(message);
     }
-    timeslots = mask;
-    return XCode();
 }
 
 void IChannelGroup::TIMESLOTS_UINT_TO_TEXT(unsigned int timeslots, String& text)

@@ -29,28 +29,54 @@ void appendNumbers(String& name, std::initializer_list<unsigned int> numbers)
     }
 }
 
+/// The components of a name, the head first.
+Components componentsOf(String const& name)
+{
+    Components found(8);
+    StringTokenizer tokens(name, "/");
+    String token;
+    while (tokens.nextToken(token))
+        found.append(token);
+    return found;
+}
+
+struct Head
+{
+    String type;
+    unsigned int number1 = ABSENT_NUMBER;
+    unsigned int number2 = ABSENT_NUMBER;
+    unsigned int number3 = ABSENT_NUMBER;
+};
+
+/// The first component taken apart; empty and absent where there is none.
+Head headOf(Components const& components)
+{
+    Head head;
+    StringTokenizer tokens(components[0], " ");
+    tokens.nextToken(head.type);
+    String token;
+    for (unsigned int* number : {&head.number1, &head.number2, &head.number3})
+        if (tokens.nextToken(token))
+            *number = u_valueOf32(token.cString());
+    return head;
+}
+
+/// Replaces the content of `components` by what `found` holds from `first` on. Only making room
+/// can fail, so that comes first; all of `found` gets some.
+void replace(Components& components, Components const& found, unsigned int first)
+{
+    while (components.capacity() < found.count())
+        components.enlarge(components.capacity() + 1);
+    components.truncate(0);
+    for (unsigned int i = first; i < found.count(); ++i)
+        components.append(found[i]);
+}
+
 /// Writes component `index` to `out`, empty past the end; a null `out` is passed over.
 void store(Components const& components, unsigned int index, String* out)
 {
     if (out != nullptr)
-        *out = index < components.count() ? components[index] : String();
-}
-
-void splitHead(String const& head, String& type, std::initializer_list<unsigned int*> numbers)
-{
-    StringTokenizer tokens(head, " ");
-    tokens.nextToken(type);
-    String token;
-    for (unsigned int* number : numbers)
-        if (tokens.nextToken(token))
-            *number = u_valueOf32(token.cString());
-}
-
-void removeFirst(Components& components)
-{
-    for (unsigned int i = 1; i < components.count(); ++i)
-        components[i - 1] = components[i];
-    components.truncate(components.count() - 1);
+        *out = components[index];
 }
 
 } // namespace
@@ -96,26 +122,23 @@ String& IDriver::BUILD_DRIVER_NAME(String& name, String const& c1, String const&
 
 unsigned int IDriver::SPLIT_DRIVER_NAME(String const& name, Components& components)
 {
-    StringTokenizer tokens(name, "/");
-    components.truncate(0);
-    String token;
-    while (tokens.nextToken(token))
-        components.append(token);
-    return components.count();
+    const Components found = componentsOf(name);
+    replace(components, found, 0);
+    return found.count();
 }
 
 unsigned int IDriver::SPLIT_DRIVER_NAME(String const& name, String& type, unsigned int& number1,
                                         unsigned int& number2, unsigned int& number3,
                                         Components& further)
 {
-    const unsigned int count = SPLIT_DRIVER_NAME(name, further);
-    type = String::EMPTY();
-    number1 = number2 = number3 = ABSENT_NUMBER;
-    if (count == 0)
-        return 0;
-    splitHead(String(further[0]), type, {&number1, &number2, &number3});
-    removeFirst(further);
-    return count;
+    const Components found = componentsOf(name);
+    const Head head = headOf(found);
+    replace(further, found, 1);
+    type = head.type;
+    number1 = head.number1;
+    number2 = head.number2;
+    number3 = head.number3;
+    return found.count();
 }
 
 unsigned int IDriver::SPLIT_DRIVER_NAME(String const& name, String& type, unsigned int& number1,
@@ -134,14 +157,13 @@ unsigned int IDriver::SPLIT_DRIVER_NAME(String const& name, String& type, unsign
 unsigned int IDriver::SPLIT_DRIVER_NAME(String const& name, String* c1, String* c2, String* c3,
                                         String* c4, String* c5)
 {
-    Components components(8);
-    const unsigned int count = SPLIT_DRIVER_NAME(name, components);
+    const Components components = componentsOf(name);
     store(components, 0, c1);
     store(components, 1, c2);
     store(components, 2, c3);
     store(components, 3, c4);
     store(components, 4, c5);
-    return count;
+    return components.count();
 }
 
 String& IDriver::REBUILD_DRIVER_NAME(String& name, String const& oldName, String const& type)

@@ -111,6 +111,7 @@ XCode Record::Setting::tellActive(String& error)
         bool isDue() const { return walk.isWanted(entry) && entry->isActive(); }
         bool begin() override { return walk.told = isDue(); }
         bool stands() const override { return isDue() && !entry->listener()->isGone(); }
+        void refuse() override { walk.told = false; }
         Setting& walk;
         const Entry entry;
     };

@@ -16,6 +16,8 @@ public:
     virtual bool begin() = 0;
     /// Whether a refusal of what it heard still has something to refuse.
     virtual bool stands() const { return true; }
+    /// It has refused or thrown: it counts as not told, before anybody else hears of that.
+    virtual void refuse() {}
 
 protected:
     ~Occasion() = default;
@@ -141,7 +143,7 @@ public:
     XCode run(String& error);
     bool holds(Entry entry) const override;
     bool isLive() const override;
-    void refuse() { refused_ = true; }
+    void giveUp() { refused_ = true; }
 
 private:
     bool isWanted(Entry entry) const;

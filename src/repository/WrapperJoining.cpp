@@ -30,6 +30,7 @@ XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
         explicit Added(Joining& j) : joining(j) {}
         bool begin() override { return joining.told = !joining.withdrawn; }
         bool stands() const override { return !joining.withdrawn; }
+        void refuse() override { joining.told = false; }
         Joining& joining;
     };
     Added occasion(joining);
@@ -37,9 +38,9 @@ XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
     return orUndo(
         [&] {
             XCode rc = ask(error, joining.entry->listener(), occasion);
-            joining.told = true;
             if (rc.code() != 0 || joining.withdrawn)
                 return rc;
+            joining.told = true; // also without a delegate, which nobody asked
             snapshot = true;
             return tellAttachments(error, joining);
         },
@@ -93,6 +94,7 @@ XCode Record::tellAttachment(String& error, Joining& joining)
             return joining.next != at;
         }
         bool stands() const override { return stillThere(); }
+        void refuse() override { joining.next = at; }
         Joining& joining;
         const Attachment at;
         const String value;
@@ -100,19 +102,13 @@ XCode Record::tellAttachment(String& error, Joining& joining)
     Listener* const l = joining.entry->listener();
     Told occasion(joining, joining.next->value);
     const Attachment at = occasion.at;
+    XCode rc;
     if (!occasion.value.isEmpty() && at->mark < joining.level &&
         talksTo(l, at->key, String::EMPTY()))
-        return orUndo(
-            [&] {
-                XCode rc = ask(error, l, at->key, occasion.value, occasion);
-                joining.next = at;
-                if (rc.code() == 0)
-                    ++joining.next;
-                return rc;
-            },
-            [&] { joining.next = at; });
-    ++joining.next;
-    return XCode();
+        rc = ask(error, l, at->key, occasion.value, occasion);
+    if (rc.code() == 0 && joining.next == at)
+        ++joining.next;
+    return rc;
 }
 
 Record::Joining* Record::joiningOf(Entry entry) const

@@ -28,6 +28,7 @@ XCode deliver(Record const& record, String& error, CDriverRepository::Listener* 
     XCode rc = l->delegate()->notifyEvent(error, method, event);
     if (rc.code() == 0 || !l->hasRightOfVeto() || !occasion.stands())
         return XCode();
+    occasion.refuse();
     logRefusal(record, l, error);
     return rc;
 }
@@ -46,6 +47,7 @@ XCode Record::ask(String& error, Listener* l, Occasion& occasion)
         IDriverRepository::EvDriver event(repository_, getDriver());
         return deliver(*this, error, l, &Observer::onDriverAdded, event, occasion);
     } catch (...) {
+        occasion.refuse();
         logRefusal(*this, l, error);
         throw;
     }
@@ -63,6 +65,7 @@ XCode Record::ask(String& error, Listener* l, String const& key, String const& v
         IDriverRepository::EvAttachment event(repository_, getDriver(), key, value);
         return deliver(*this, error, l, &Observer::onDriverAttachmentSet, event, occasion);
     } catch (...) {
+        occasion.refuse();
         logRefusal(*this, l, error);
         throw;
     }
