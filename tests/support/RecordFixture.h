@@ -52,9 +52,26 @@ protected:
         return listeners_.back().get();
     }
 
+    /// A new listener that has met the driver; what was told of that is forgotten.
+    Listener* meet(std::string const& name, unsigned priority, Terms const& terms = Terms())
+    {
+        Listener* const l = make(name, priority, terms);
+        record().addListener(error_, l);
+        forget();
+        return l;
+    }
+
     XCode attach(char const* key, char const* value)
     {
         return record().setAttachment(error_, key, value);
+    }
+    /// Changes an attachment; what was heard of it, and behind that the error, with the code in
+    /// front if that is a failure.
+    std::string change(char const* key, char const* value)
+    {
+        error_ = "left over";
+        const XCode rc = attach(key, value);
+        return heard() + (rc.code() != 0 ? std::to_string(rc.code()) + " " : "") + error();
     }
     /// The listeners that are told of the driver, in its order.
     std::string active() const
