@@ -29,10 +29,14 @@ XCode Record::Change::run(String& error)
 XCode Record::Change::carryOut(String& error)
 {
     Setting const* heardIn = nullptr;
-    if (Change* const other = interrupted()) {
-        if (other->isSetting() && record_.getAttachment(key_) == value_)
-            return XCode(); // the other one is just bringing this very value
-        heardIn = other->giveWay();
+    for (Change* other = outer_; other != nullptr; other = other->outer_) {
+        if (other->key_ != key_)
+            continue;
+        if (other->isBringing(value_))
+            return XCode();
+        if (!other->replaced_)
+            heardIn = other->giveWay();
+        other->finishClearing();
     }
     const String old(record_.getAttachment(key_));
     if (value_ == old)
@@ -44,25 +48,25 @@ XCode Record::Change::carryOut(String& error)
     return set(error);
 }
 
-/// The change of the same key in which this one runs and that is still in force.
-Record::Change* Record::Change::interrupted() const
+/// Whether that value is just on its way to the listeners.
+bool Record::Change::isBringing(String const& value) const
 {
-    Change* change = outer_;
-    while (change != nullptr && (change->replaced_ || change->key_ != key_))
-        change = change->outer_;
-    return change;
+    return isSetting() && !replaced_ && record_.getAttachment(key_) == value;
 }
 
-/// Finishes telling that the old value is gone and tells nothing more from then on. Returns the
-/// walk that knows who has heard the new value; null when nobody or everybody has.
+/// Tells and stores nothing more from then on. Returns the walk that knows who has heard the new
+/// value; null when nobody or everybody has.
 Record::Setting const* Record::Change::giveWay()
 {
     replaced_ = true;
-    if (clearing_ != nullptr) {
+    return isSetting() ? setting_ : nullptr;
+}
+
+/// Finishes telling that a value is gone, if that is under way.
+void Record::Change::finishClearing()
+{
+    if (clearing_ != nullptr)
         throughout([this] { clearing_->run(); });
-        return nullptr;
-    }
-    return setting_;
 }
 
 void Record::Change::clear(String const& old, Setting const* heardIn)

@@ -174,8 +174,9 @@ private:
 
     bool isSetting() const { return setting_ != nullptr && clearing_ == nullptr; }
     XCode carryOut(String& error);
-    Change* interrupted() const;
+    bool isBringing(String const& value) const;
     Setting const* giveWay();
+    void finishClearing();
     void clear(String const& old, Setting const* heardIn);
     XCode set(String& error);
     void rollBack(Setting& walk);

@@ -163,7 +163,13 @@ void CDriverRepository::takeOut(Listener& listener)
     if (listener.gone_)
         return;
     listener.gone_ = true;
-    throughout([&] { sayFarewells(listener); });
+    try {
+        sayFarewells(listener);
+    } catch (...) {
+        graves_ = true; // should it be cut short again, its entries are found when it is buried
+        sayFarewells(listener);
+        throw;
+    }
 }
 
 /// Parts from every driver that is linked, those just leaving included. The entries go with the
