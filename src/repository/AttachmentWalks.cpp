@@ -25,14 +25,12 @@ void Record::Clearing::run()
     done_ = true;
 }
 
-/// Whether the entry heard the value, if only some did. The refuser of it has not.
+/// Whether the entry heard the value, if only some did.
 bool Record::Clearing::heard(Entry entry) const
 {
     if (heardIn_ == nullptr)
         return true;
-    if (entry == heardIn_->cursor)
-        return heardIn_->told && !isRollback_;
-    if (entry == cursor && passed_)
+    if (entry == cursor && passed_ && entry != heardIn_->cursor)
         return true; // before that place, and no search is needed to know it
     return heardIn_->holds(entry);
 }

@@ -112,9 +112,9 @@ protected:
 class CDriverRepository::DriverWrapper::Clearing final : public Walk
 {
 public:
-    /// `heardIn`: only who heard the value in that walk holds it, its cursor (the refuser, or
-    /// where it was interrupted) decides; null: all active listeners do. `isRollback`: the one at
-    /// that cursor refused the value.
+    /// `heardIn`: only who heard the value in that walk, which was refused or interrupted, holds
+    /// it; null: all active listeners do. `isRollback`: farewells see the attachments as they
+    /// stand, not as they were before.
     Clearing(DriverWrapper& record, String const& key, String const& value, Setting const* heardIn,
              bool isRollback);
 
