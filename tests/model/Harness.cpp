@@ -1,10 +1,9 @@
 #include "Harness.h"
 
 #include "RandomProgram.h"
+#include "Reduce.h"
 #include "SubjectLibrary.h"
 #include "SubjectModel.h"
-
-#include <algorithm>
 
 namespace harness
 {
@@ -85,26 +84,9 @@ Difference compare(Program const& program, Report& report)
     return difference;
 }
 
-Program reduce(Program program, std::function<bool(Program const&)> const& fails)
+Program reduce(Program const& program, std::function<bool(Program const&)> const& fails)
 {
-    for (std::size_t chunk = program.size() / 2; chunk > 0;) {
-        bool removed = false;
-        for (std::size_t at = 0; at < program.size();) {
-            Program without(program.begin(), program.begin() + static_cast<std::ptrdiff_t>(at));
-            const std::size_t end = std::min(program.size(), at + chunk);
-            without.insert(without.end(), program.begin() + static_cast<std::ptrdiff_t>(end),
-                           program.end());
-            if (fails(without)) {
-                program = without;
-                removed = true;
-            } else {
-                at += chunk;
-            }
-        }
-        if (!removed || chunk > program.size())
-            chunk /= 2;
-    }
-    return program;
+    return reduceList(program, fails);
 }
 
 Program programOf(std::uint64_t seed, std::uint64_t index)

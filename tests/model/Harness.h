@@ -32,7 +32,7 @@ struct Report
 Difference compare(Program const& program, Report& report);
 
 /// The program without the steps that are not needed for `fails` to stay true.
-Program reduce(Program program, std::function<bool(Program const&)> const& fails);
+Program reduce(Program const& program, std::function<bool(Program const&)> const& fails);
 
 /// The programs of a seed: the `index`-th one, of its own length.
 Program programOf(std::uint64_t seed, std::uint64_t index);
