@@ -47,7 +47,8 @@ private:
         seen += std::string(what) + " " + std::to_string(repository->references()) + "/" +
                 std::to_string(driver->references());
         kept.reset(event.clone());
-        EXPECT_TRUE(typeid(*kept) == typeid(event));
+        Event const& clone = *kept;
+        EXPECT_TRUE(typeid(clone) == typeid(event));
         seen += " " + std::to_string(repository->references()) + "/" +
                 std::to_string(driver->references()) + "\n";
     }
