@@ -202,7 +202,7 @@ TEST(LineConfig, RefusesAListThatCannotBeRead)
         {"bchan=1:1101", "error 1: bchan: nothing may follow the channels, ':1101' does\n"},
         {"fxoks=1:", "error 1: fxoks: nothing may follow the channels, ':' does\n"},
         {"cas=1:110", "error 1: cas: idle bits '110' are not four of 0 and 1\n"},
-        {"cas=1:11012", "error 1: cas: idle bits '11012' are not four of 0 and 1\n"},
+        {"cas=1:11010", "error 1: cas: idle bits '11010' are not four of 0 and 1\n"},
         {"cas=1:1102", "error 1: cas: idle bits '1102' are not four of 0 and 1\n"},
         {"cas=1:", "error 1: cas: idle bits '' are not four of 0 and 1\n"},
         {"nethdlc=1:", "error 1: nethdlc: the name behind ':' is empty\n"},

@@ -61,6 +61,10 @@ ends 1 -k -c "driver add a${n}driver add a${n}drivers"
 holds out "a  DID_UNKNOWN$n"
 holds err "-c:2: driver add: Driver already exists (CDriverRepo): a$n"
 
+# Where both go to one place, a complaint stands behind what was written before it.
+"${drvsh[@]}" -c 'echo a' -c nonsense >out 2>&1
+holds out "a$n-c:2: unknown command 'nonsense'$n"
+
 # Standard input, by itself or as "-".
 ends 0 < <(printf 'echo in\r\necho last')
 holds out "in${n}last$n"

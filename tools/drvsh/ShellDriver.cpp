@@ -20,8 +20,7 @@ bool ShellDriver::canAnswer(TOVA_UUID const& iid)
 
 XCode ShellDriver::queryInterface(TOVA_UUID const& iid, void** out)
 {
-    if (std::find(interfaces_.begin(), interfaces_.end(), iid) == interfaces_.end() ||
-        iid == IID_Unknown() || iid == IDriver::IID())
+    if (std::find(interfaces_.begin(), interfaces_.end(), iid) == interfaces_.end())
         return CDriver::queryInterface(iid, out);
     if (out != nullptr) {
         addRef();
