@@ -2,34 +2,14 @@
 
 #include <utility/IInfo.h>
 
-#include <drvrepo/CDriverRepository.h>
 #include <drvrepo/IChannelGroup.h>
 #include <drvrepo/Identifiers.h>
 
 #include <support/TestDriver.h>
+#include <support/TestRepository.h>
 
 namespace
 {
-
-/// A repository that counts its references.
-class CountingRepository : public CDriverRepository
-{
-public:
-    using CDriverRepository::CDriverRepository;
-
-    int references = 1;
-
-    void addRef() override
-    {
-        ++references;
-        CDriverRepository::addRef();
-    }
-    void release() override
-    {
-        --references;
-        CDriverRepository::release();
-    }
-};
 
 TEST(CDriver, StartsWithOneReference)
 {
@@ -85,7 +65,7 @@ TEST(CDriver, OutsideARepositoryHasNoLockAndTheProcessesLoop)
 TEST(CDriver, BorrowsLockAndLoopFromItsRepository)
 {
     TYEventLoop loop;
-    CountingRepository* const repository = new CountingRepository(loop);
+    TestRepository* const repository = new TestRepository(loop);
     const TYPtr<IDriverRepository> life(repository);
     CDriver* const driver = new CDriver(IDriver::DID_UNKNOWN(), "fxs 1");
     const TYPtr<IDriver> held(driver);
@@ -93,21 +73,20 @@ TEST(CDriver, BorrowsLockAndLoopFromItsRepository)
     EXPECT_EQ(repository, driver->getDriverRepository());
     EXPECT_EQ(loop.lock(), driver->getLock());
     EXPECT_EQ(&loop, &driver->eventLoop());
-    EXPECT_EQ(1, repository->references);
+    EXPECT_EQ(1, repository->references());
     driver->setDriverRepository(nullptr);
     EXPECT_EQ(nullptr, driver->getDriverRepository());
     EXPECT_EQ(nullptr, driver->getLock());
     EXPECT_EQ(&CRIT::INSTANCE(), &driver->eventLoop());
-    EXPECT_EQ(1, repository->references);
+    EXPECT_EQ(1, repository->references());
 }
 
 TEST(CDriver, AsksItsRepositoryVirtually)
 {
-    class Elsewhere : public CountingRepository
+    class Elsewhere : public TestRepository
     {
     public:
-        Elsewhere(TYEventLoop& loop, TYEventLoop& other) : CountingRepository(loop), other_(other)
-        {}
+        Elsewhere(TYEventLoop& loop, TYEventLoop& other) : TestRepository(loop), other_(other) {}
         Lock* getLock() override { return other_.lock(); }
         TYEventLoop& eventLoop() override { return other_; }
 
@@ -129,8 +108,8 @@ TEST(CDriver, AsksItsRepositoryVirtually)
 TEST(CDriver, MayBelongToAnyRepository)
 {
     TYEventLoop loop;
-    const TYPtr<IDriverRepository> first(new CountingRepository(loop));
-    const TYPtr<IDriverRepository> second(new CountingRepository(loop));
+    const TYPtr<IDriverRepository> first(new TestRepository(loop));
+    const TYPtr<IDriverRepository> second(new TestRepository(loop));
     const TYPtr<IDriver> driver(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
     (*driver).setDriverRepository(first.get());
     (*driver).setDriverRepository(second.get());
@@ -170,7 +149,7 @@ public:
 TEST(IDriver, KnowsNoRepositoryByDefault)
 {
     TYEventLoop loop;
-    const TYPtr<IDriverRepository> repository(new CountingRepository(loop));
+    const TYPtr<IDriverRepository> repository(new TestRepository(loop));
     PlainDriver driver;
     EXPECT_EQ(nullptr, driver.getDriverRepository());
     driver.setDriverRepository(repository.get());
