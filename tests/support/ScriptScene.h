@@ -46,10 +46,10 @@ public:
             repository_->removeDriverRepositoryObserver(observer.first.c_str());
         for (auto const& driver : drivers_)
             repository_->removeDriver(String(driver.first.c_str()));
-        for (auto const& driver : drivers_) {
-            if (driver.second)
+        for (auto const& driver : drivers_)
+            if (driver.second) {
                 EXPECT_EQ(1, driver.second.get()->references()) << driver.first;
-        }
+            }
         EXPECT_EQ(1, repository_->references());
         repository_->release();
     }
