@@ -181,7 +181,7 @@ public:
                 stop.delegate.reset();
                 return XCode::OUT_OF_MEMORY(message);
             }
-            if (clone == nullptr)
+            if (clone == nullptr || !stop.place->isLive()) // cloning calls out
                 continue;
             stop.delegate = TYPtr<Delegate>::share(stop.place->delegate());
             if (!stop.place->veto_) {
@@ -195,12 +195,12 @@ public:
         return answer;
     }
 
-    /// Undoes before `stop`, which is sought by its observer as above; one that died or was cut
-    /// off meanwhile has only its place left.
+    /// Undoes before `stop`, which is sought by its observer as above. One that died or was cut
+    /// off meanwhile, or was not asked, has only its place.
     void broadcastUndoEvent(Event const& event, NotifyMethod method, Stop const& stop)
     {
-        const bool stands = stop.place != list_.end() && stop.place->isLive() &&
-                            stop.place->delegate()->observer() != nullptr;
+        const bool stands =
+            stop.delegate && stop.place->isLive() && stop.place->delegate()->observer() != nullptr;
         tellBackward(event, method,
                      stands ? lastOf(stop.place->delegate()->observer()) : stop.place);
     }
@@ -272,7 +272,7 @@ private:
         if (!entry.isLive())
             return;
         const std::unique_ptr<Event> clone(event.clone());
-        if (clone == nullptr)
+        if (clone == nullptr || !entry.isLive()) // cloning calls out
             return;
         const TYPtr<Delegate> held = TYPtr<Delegate>::share(entry.delegate());
         held.get()->notifyEvent(method, *clone);

@@ -39,9 +39,9 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
     XCode rc = enter(error, name, driver, record);
     if (rc.code() == 0)
         rc = introduce(error, name, *record);
-    if (rc.code() != 0)
-        logFailure(name, error);
     else
+        logFailure(name, error);
+    if (rc.code() == 0)
         error = String::EMPTY();
     return rc;
 }
@@ -68,30 +68,37 @@ XCode CDriverRepository::enter(String& error, String const& name, IDriver* drive
     return XCode();
 }
 
-/// Tells the driver and the listeners of each other; takes the driver out again when one refuses.
+/// Tells the driver and the listeners of each other; takes the driver out again, with a line in the
+/// log, when one refuses. What counts in the end is whether it is in: it may have been taken out,
+/// or added anew, from inside.
 XCode CDriverRepository::introduce(String& error, String const& name, DriverWrapper& record)
 {
     IDriver* const driver = record.getDriver();
     Listeners::Iterator stop = listeners_.begin();
-    bool failed = true;
-    XCode rc;
-    try {
-        driver->setDriverRepository(this);
-        rc = offer(error, record, stop);
-        failed = rc.code() != 0;
-    } catch (...) {
-        retire(record, name, driver, stop);
-        logFailure(name, error);
-        throw;
-    }
-    if (failed)
-        retire(record, name, driver, stop);
-    if (failed || !record.gone_)
-        return rc;
-    DriverWrapper const* const now = recordOf(name);
-    if (now != nullptr && now->getDriver() == driver)
-        return XCode();
-    return failWith(error, [&] { error.format("Driver '%s' does not exist", name.cString()); });
+    const auto undo = [&] {
+        inTurn([&] { retire(record, name, driver, stop); },
+               [&] {
+                   if (!holds(name, driver))
+                       logFailure(name, error);
+               });
+    };
+    XCode rc = orUndo(
+        [&] {
+            driver->setDriverRepository(this);
+            XCode answer = offer(error, record, stop);
+            if (answer.code() != 0 || holds(name, driver))
+                return answer;
+            return failWith(error,
+                            [&] { error.format("Driver '%s' does not exist", name.cString()); });
+        },
+        undo);
+    return holds(name, driver) ? XCode() : rc;
+}
+
+bool CDriverRepository::holds(String const& name, IDriver const* driver) const
+{
+    DriverWrapper const* const record = recordOf(name);
+    return record != nullptr && record->getDriver() == driver;
 }
 
 /// Offers the driver to the listeners that were there before it. `stop` is left at the one who

@@ -110,8 +110,7 @@ XCode CDriverRepository::introduce(String& error, Listener& listener)
     const auto undo = [&] {
         inTurn([&] { takeOut(listener); },
                [&] {
-                   logFailure(listener.name(), error);
-                   discard(listener);
+                   inTurn([&] { logFailure(listener.name(), error); }, [&] { discard(listener); });
                });
     };
     return orUndo(
