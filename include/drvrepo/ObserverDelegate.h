@@ -12,6 +12,7 @@
 /// Ownership   starts with one reference, its creator's; deletes itself with the last one. The
 ///             observer is not owned: whoever destroys it calls `stopNotifications` first.
 /// Reentrancy  the observer may let go of the delegate: nothing of it is used after the call.
+/// Locking     the count is atomic, the rest needs the subject's lock.
 /// The virtual operations are binary contract, in the order given here, the destructor last.
 template <class T> class ObserverDelegate
 {
