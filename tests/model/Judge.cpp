@@ -109,13 +109,15 @@ void Judge::end(Outcome const& outcome, Look const& look)
         endAddDriver(frame, outcome, look);
         break;
     case Operation::REMOVE_DRIVER:
-        endRemoveDriver(frame);
+        if (!frame.stopped)
+            endRemoveDriver(frame);
         break;
     case Operation::REGISTER:
         endRegister(frame, outcome, look);
         break;
     case Operation::UNREGISTER:
-        endUnregister(frame);
+        if (!frame.stopped)
+            endUnregister(frame);
         break;
     case Operation::SET_ATTACHMENT:
         endSetAttachment(frame, outcome, look);
@@ -222,17 +224,36 @@ void Judge::beginCallOut(bool log)
 
 void Judge::endCallOut(int thrown)
 {
-    const bool log = frames_.back().log;
+    const Frame over = frames_.back();
     frames_.pop_back();
-    // A removal logs first; then the listener is out.
-    if (log && !frames_.empty() && !frames_.back().logged) {
+    // A removal logs first; then the listener is out. Whoever throws before that stops it.
+    if (!frames_.empty() && !frames_.back().logged && thrown != 0 &&
+        over.kind == Frame::Kind::CALL_OUT) {
+        frames_.back().stopped = true;
+    } else if (over.log && !frames_.empty() && !frames_.back().logged) {
         frames_.back().logged = true;
         for (int leaving : frames_.back().leaving)
             registrations_[static_cast<std::size_t>(leaving)].leaving = true;
     }
+    if (!frames_.empty() && thrown != 0 && over.kind == Frame::Kind::CALL_OUT)
+        abort(frames_.back().serial);
     // The operation that made the call passes the first exception on.
     if (thrown != 0 && !frames_.empty() && frames_.back().thrown == 0)
         frames_.back().thrown = thrown;
+}
+
+/// Whoever came last in this operation may just have been told more when somebody threw.
+void Judge::abort(long operation)
+{
+    Pair* last = nullptr;
+    for (auto& entry : pairs_) {
+        Pair& known = entry.second;
+        if (known.in && known.comingBy == operation &&
+            (last == nullptr || last->coming < known.coming))
+            last = &known;
+    }
+    if (last != nullptr)
+        last->aborted = true;
 }
 
 void Judge::stopped(int registration)
@@ -280,7 +301,7 @@ void Judge::endTell(Outcome const& outcome)
     Told const& told = registrations_[static_cast<std::size_t>(frame.registration)];
     endCallOut(outcome.thrown);
     if (outcome.thrown != 0 || (told.registration.veto && outcome.code != 0))
-        refuse(frame);
+        refuse(frame, outcome.thrown != 0);
 }
 
 void Judge::hearAdded(int registration, int driver, Look const& look)
@@ -347,7 +368,7 @@ void Judge::hearCleared(int registration, int driver, std::string const& key,
     bool holds = at != known.words.end() && at->second.set && at->second.value == value;
     // A refused snapshot is taken back with its empty attachments.
     if (value.empty())
-        holds = known.refused;
+        holds = known.refused || known.aborted;
     // Without a snapshot, or for what its criteria imply, nobody was told the value.
     if (at == known.words.end() && !value.empty())
         holds = (!registrations_[static_cast<std::size_t>(registration)].registration.snapshot ||
@@ -360,14 +381,18 @@ void Judge::hearCleared(int registration, int driver, std::string const& key,
 }
 
 /// A refusal counts while the listener stands and nothing newer was told about what it answers.
-void Judge::refuse(Frame const& frame)
+/// An exception out of a snapshot takes the coming back even then.
+void Judge::refuse(Frame const& frame, bool threw)
 {
     Pair& known = pair(frame.registration, frame.driver);
     Told& told = registrations_[static_cast<std::size_t>(frame.registration)];
     Frame const* const operation = innermostOperation();
     if (!known.in || told.leaving || (frame.method != Method::ADDED && frame.method != Method::SET))
         return;
-    if (frame.method == Method::SET && known.words[frame.key].serial != frame.serial)
+    const bool joining = operation != nullptr && operation->serial == known.comingBy;
+    const bool replaced =
+        frame.method == Method::SET && known.words[frame.key].serial != frame.serial;
+    if (replaced && !(threw && joining))
         return;
     if (frame.method == Method::ADDED && known.coming != frame.serial)
         return;
@@ -380,7 +405,7 @@ void Judge::refuse(Frame const& frame)
         known.exempt = byChange;
         return;
     }
-    known.words[frame.key] = {false, "", frame.serial};
-    if (operation != nullptr && operation->serial == known.comingBy)
-        known.refused = true;
+    if (!replaced)
+        known.words[frame.key] = {false, "", frame.serial};
+    known.refused = joining;
 }

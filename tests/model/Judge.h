@@ -154,6 +154,7 @@ private:
         long comingBy = 0;     ///< the operation that told it
         bool byChange = false; ///< that is a change of an attachment
         bool refused = false;  ///< it refused its snapshot
+        bool aborted = false;  ///< a driver or the monitor may have thrown into its coming
         bool exempt = false;   ///< may be inactive though it matches, having refused
         std::map<std::string, Word> words;
     };
@@ -171,6 +172,7 @@ private:
         // An operation.
         Call call;
         bool logged = false;      ///< its first log line is out
+        bool stopped = false;     ///< a driver or the monitor threw before that
         std::vector<int> leaving; ///< registrations that an UNREGISTER takes out
         bool sameKey = false;     ///< a change of the same attachment ran inside
         bool readded = false;     ///< a driver of that name was added inside
@@ -213,7 +215,8 @@ private:
     void hearCleared(int registration, int driver, std::string const& key,
                      std::string const& value);
     bool dependsOn(int registration, std::string const& key) const;
-    void refuse(Frame const& frame);
+    void abort(long operation);
+    void refuse(Frame const& frame, bool threw);
 
     bool matches(Registration const& registration, Driver const& driver, Table const& table,
                  bool without, std::string const& key) const;

@@ -94,6 +94,11 @@ void Judge::quietPair(int registration, DriverState const& driver, bool active)
     const bool matching =
         matches(told.registration, facts, driver.attachments, false, std::string());
     const std::string who = describe(registration, driver.driver);
+    // Thrown out of while joining through a change, it is out without a word.
+    if (known.aborted && known.byChange && !active && known.in) {
+        known = Pair();
+        known.exempt = true;
+    }
     if (active && !matching)
         violation(who + ": active without matching");
     if (!active && matching && !known.exempt)

@@ -62,7 +62,6 @@ public:
     TestDriver(World& world, Counted& count, int did, String const& name, bool nests);
     ~TestDriver() override;
 
-    std::int32_t references() const { return count_.refs; }
     void offer(std::uint32_t bits) { offered_ = bits; }
     void offerHollow(std::uint32_t bits) { hollow_ = bits; }
 

@@ -161,7 +161,7 @@ private:
         const bool observer = place->callOut <= CallOut::CLEARED;
         if (observer && dice < 30)
             reaction.answer = Reaction::Answer::REFUSE;
-        else if (observer && throws_ && dice < 50)
+        else if (throws_ && dice < 50 && place->callOut != CallOut::DESTRUCTOR)
             reaction.answer = Reaction::Answer::THROW;
         reaction.code = random_.chance(70) ? -1 : 5;
         reaction.catches = !observer || random_.chance(50);

@@ -608,7 +608,7 @@ Judge::Outcome NestedRun::react(CallOut callOut)
     return outcome;
 }
 
-/// A call of a driver or the monitor. Nothing is thrown out of these.
+/// A call of a driver or the monitor.
 void NestedRun::callOut(CallOut kind, std::string const& what)
 {
     if (looking_ > 0 || left_ || depth_ == 0)
@@ -618,8 +618,16 @@ void NestedRun::callOut(CallOut kind, std::string const& what)
     const Raised indented(indent_);
     const Raised other(otherCallOuts_);
     judge_.beginCallOut(kind == CallOut::LOG);
-    react(kind);
-    judge_.endCallOut(0);
+    int thrown = 0;
+    try {
+        react(kind);
+    } catch (Thrown const& exception) {
+        say(std::string("throws #") + std::to_string(exception.id) + " from " + nameOf(kind));
+        thrown = exception.id;
+    }
+    judge_.endCallOut(thrown);
+    if (thrown != 0)
+        throw Thrown{thrown};
 }
 
 Judge::Outcome NestedRun::tell(int registration, Judge::Method method, String* error,

@@ -163,8 +163,7 @@ void SubjectLibrary::driverStep(Step const& step)
         break;
     case Kind::SET_INTERFACES:
         if (auto* const driver = dynamic_cast<library::TestDriver*>(it))
-            if (driver->references() == slots_[step.slot].holds)
-                driver->offer(step.bits);
+            driver->offer(step.bits);
         break;
     case Kind::ADD_DRIVER:
         if (!absent) {

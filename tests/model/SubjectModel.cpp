@@ -235,9 +235,7 @@ void SubjectModel::driverStep(Step const& step)
         }
         break;
     case Kind::SET_INTERFACES:
-        // Only while nobody else holds the driver: interfaces are not meant to come and go.
-        if (it != nullptr && dynamic_cast<ChannelGroup*>(it) == nullptr &&
-            it->refs() == slots_[step.slot].holds)
+        if (it != nullptr && dynamic_cast<ChannelGroup*>(it) == nullptr)
             it->interfaces = offered(step.bits);
         break;
     case Kind::ADD_DRIVER:
