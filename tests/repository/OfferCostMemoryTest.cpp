@@ -1,0 +1,130 @@
+#include <support/Allocations.h>
+#include <support/RepositoryFixture.h>
+
+namespace
+{
+
+// What an operation asks of the driver and of the heap grows with the listeners, or with the
+// drivers, and not faster.
+class OfferCost : public RepositoryFixture
+{
+protected:
+    struct Cost
+    {
+        std::uint64_t allocations;
+        unsigned namesAsked;
+        unsigned typesAsked;
+    };
+
+    OfferCost() : delegate_(new TestDelegate(nullptr)) { MON_DRV = nullptr; }
+    ~OfferCost() override
+    {
+        for (int i = 0; i < listening_; ++i)
+            repository().removeDriverRepositoryObserver(String().format("%d", i));
+    }
+
+    /// Sees to it that there are `count` listeners, of mixed priorities, for every driver.
+    void listenUpTo(int count)
+    {
+        for (; listening_ < count; ++listening_)
+            repository().addDriverRepositoryObserver(
+                error_, String().format("%d", listening_), TOVA_UUID::INVALID(),
+                TOVA_UUID::INVALID(), "f", static_cast<unsigned>(listening_ * 7919 % 101), true,
+                true, delegate_.get());
+    }
+    template <class Operation> Cost costOf(TestDriver const& driver, Operation operation)
+    {
+        const std::uint64_t allocations = allocations::count();
+        const TestDriver::Calls calls = driver.calls();
+        operation();
+        return {allocations::count() - allocations,
+                driver.calls().getDriverName - calls.getDriverName,
+                driver.calls().getDID - calls.getDID};
+    }
+
+    TYPtr<TestDelegate> delegate_;
+    int listening_ = 0;
+};
+
+TEST_F(OfferCost, ComingDriverAsksForOneEntryAListener)
+{
+    const TYPtr<CDriver> plain(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
+    std::uint64_t costs[3];
+    const int counts[3] = {100, 200, 1000};
+    for (int i = 0; i < 3; ++i) {
+        listenUpTo(counts[i]);
+        costs[i] = costOf(driver("fxs 2"), [&] {
+                       repository().addDriver(error_, plain.get());
+                   }).allocations;
+        repository().removeDriver(plain.get());
+    }
+    EXPECT_EQ(100u, costs[1] - costs[0]);
+    EXPECT_EQ(900u, costs[2] - costs[0]);
+}
+
+TEST_F(OfferCost, ComingDriverIsAskedAlikeForEachListener)
+{
+    TestDriver& fxs = driver("fxs 1");
+    Cost costs[3];
+    const int counts[3] = {100, 200, 1000};
+    for (int i = 0; i < 3; ++i) {
+        listenUpTo(counts[i]);
+        costs[i] = costOf(fxs, [&] { repository().addDriver(error_, &fxs); });
+        repository().removeDriver(&fxs);
+    }
+    // For its name, for the prefix and for the log line; nobody has a type criterion.
+    const unsigned forHundred = costs[1].namesAsked - costs[0].namesAsked;
+    EXPECT_GE(200u, forHundred);
+    EXPECT_EQ(9 * forHundred, costs[2].namesAsked - costs[0].namesAsked);
+    EXPECT_EQ(0u, costs[2].typesAsked);
+}
+
+TEST_F(OfferCost, TellingAValueAsksForNoMemory)
+{
+    TestDriver& fxs = driver("fxs 1");
+    add("fxs 1");
+    listenUpTo(100);
+    const String name("fxs 1");
+    const String key("k");
+    const String one("1");
+    const String two("2");
+    repository().setDriverAttachment(error_, name, key, one);
+    const Cost cost =
+        costOf(fxs, [&] { repository().setDriverAttachment(error_, name, key, two); });
+    EXPECT_EQ(0u, cost.allocations);
+    const Cost cleared =
+        costOf(fxs, [&] { repository().setDriverAttachment(error_, name, key, String::EMPTY()); });
+    EXPECT_EQ(0u, cleared.allocations);
+}
+
+TEST_F(OfferCost, GoingAsksForNoMemory)
+{
+    TestDriver& fxs = driver("fxs 1");
+    add("fxs 1");
+    attach("fxs 1", "k", "v");
+    listenUpTo(100);
+    const String name("99");
+    EXPECT_EQ(0u,
+              costOf(fxs, [&] { repository().removeDriverRepositoryObserver(name); }).allocations);
+    // What a test driver remembers of its repositories asks for memory of its own.
+    const TYPtr<CDriver> plain(new CDriver(IDriver::DID_UNKNOWN(), "fxs 2"));
+    repository().addDriver(error_, plain.get());
+    EXPECT_EQ(0u, costOf(fxs, [&] { repository().removeDriver(plain.get()); }).allocations);
+}
+
+TEST_F(OfferCost, ComingListenerAsksForOneEntryADriver)
+{
+    std::uint64_t costs[3];
+    const int counts[3] = {100, 200, 1000};
+    int drivers = 0;
+    for (int i = 0; i < 3; ++i) {
+        for (; drivers < counts[i]; ++drivers)
+            add("fxs " + std::to_string(drivers));
+        const int before = listening_;
+        costs[i] = costOf(driver("fxs 0"), [&] { listenUpTo(before + 1); }).allocations;
+    }
+    EXPECT_EQ(100u, costs[1] - costs[0]);
+    EXPECT_EQ(900u, costs[2] - costs[0]);
+}
+
+} // namespace
