@@ -110,6 +110,18 @@ TEST_F(ListenerLife, ComingsAndGoingsLeaveNothingBehind)
     EXPECT_EQ(before, allocations::living());
 }
 
+TEST_F(ListenerLife, WrappedObserversDelegateGoesWithIt)
+{
+    Silent silent;
+    const String name("a");
+    const TOVA_UUID any;
+    const std::int64_t before = allocations::living();
+    repository().addDriverRepositoryObserver(error_, name, any, any, "", 1, false, false, &silent);
+    EXPECT_LT(before, allocations::living());
+    repository().removeDriverRepositoryObserver(name);
+    EXPECT_EQ(before, allocations::living());
+}
+
 TEST_F(ListenerLife, RefusedRegistrationsLeaveNothingBehind)
 {
     furnish(100);

@@ -150,20 +150,6 @@ TEST_F(RegistrationForms, DelegateWithAttributes)
     EXPECT_EQ("", story());
 }
 
-TEST_F(RegistrationForms, ListenerHoldsTheOnlyReferenceOnAWrappedObserver)
-{
-    repository().addDriverRepositoryObserver(error_, "a", any_, any_, "", attributes_, 1, false,
-                                             false, &observer_);
-    Delegate* const delegate = repository().last;
-    delegate->addRef();
-    // Had the listener not been the only holder, the delegate would forward to it still, but not
-    // be gone after this.
-    repository().removeDriverRepositoryObserver("a");
-    String unused;
-    EXPECT_EQ(&observer_, delegate->observer());
-    delegate->release();
-}
-
 TEST_F(RegistrationForms, TableIsCopied)
 {
     repository().addDriverRepositoryObserver(error_, "a", any_, any_, "", attributes_, 1, false,
