@@ -5,7 +5,12 @@ namespace
 
 // B does it when it hears that d is added. It counts as told then; its snapshot is still to come.
 
-const MatrixScene ADDED = {"B+d", "d", {}, false, [](Scene& scene) { scene.add("d"); }};
+const MatrixScene ADDED = {"B+d", "d", EVERY,
+                           [](Scene& scene, Terms const& terms) {
+                               prepareAll(scene, terms);
+                               scene.remove("d");
+                           },
+                           [](Scene& scene, Terms const&) { scene.add("d"); }};
 
 const char ALL_IN[] = "e(A B C) d m=1(A B C); A B C";
 

@@ -6,8 +6,12 @@ namespace
 // B does it when it hears that k=1 is cleared. C has heard of that, A has not. There is no answer
 // to give, so nothing to refuse.
 
-const MatrixScene CLEARED = {
-    "B-k=1", nullptr, {"k=1"}, true, [](Scene& scene) { scene.attach("k="); }};
+const MatrixScene CLEARED = {"B-k=1", nullptr, EVERY,
+                             [](Scene& scene, Terms const& terms) {
+                                 prepareAll(scene, terms);
+                                 scene.attach("k=1");
+                             },
+                             [](Scene& scene, Terms const&) { scene.attach("k="); }};
 
 const char ALL_IN[] = "e(A B C) d m=1 k=(A B C); A B C";
 

@@ -6,7 +6,8 @@ namespace
 // B does it when it hears that d is removed. C has parted from d, A has not. There is no answer to
 // give, so nothing to refuse.
 
-const MatrixScene REMOVED = {"B-d", nullptr, {}, true, [](Scene& scene) { scene.remove("d"); }};
+const MatrixScene REMOVED = {"B-d", nullptr, EVERY, prepareAll,
+                             [](Scene& scene, Terms const&) { scene.remove("d"); }};
 
 const char E_ONLY[] = "e(A B C); A B C";
 

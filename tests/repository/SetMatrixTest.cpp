@@ -6,7 +6,8 @@ namespace
 // B does it when it hears that k=1 is set. A has heard of that, C has not. All have heard of m=1
 // if they have snapshots.
 
-const MatrixScene SET = {"B+k=1", "k=1", {}, true, [](Scene& scene) { scene.attach("k=1"); }};
+const MatrixScene SET = {"B+k=1", "k=1", EVERY, prepareAll,
+                         [](Scene& scene, Terms const&) { scene.attach("k=1"); }};
 
 const char ALL_IN[] = "e(A B C) d m=1 k=1(A B C); A B C";
 

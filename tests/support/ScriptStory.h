@@ -100,10 +100,10 @@ public:
             inText = c == '<' || (inText && c != '>');
             if (c == '[' && !inText) {
                 inHead = true;
-                indent += "  ";
-                lines += "\n" + indent;
+                lines += "\n  " + indent;
+                indent += "    ";
             } else if (c == ']' && !inText) {
-                indent.resize(indent.size() - 2);
+                indent.resize(indent.size() - 4);
             } else if (c == ' ' && !inHead && !inText) {
                 lines += "\n" + indent;
             } else {
