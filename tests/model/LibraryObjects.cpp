@@ -346,7 +346,8 @@ std::string TestGroupObserver::told(std::string const& method,
                                 event.data.word(2));
 }
 
-void TestGroupObserver::hear(std::string const& method, ObserverEvent<IChannelGroup>& event)
+/// Returns whether a reaction wants to refuse.
+bool TestGroupObserver::hear(std::string const& method, ObserverEvent<IChannelGroup>& event)
 {
     world_.trace.add(told(method, event));
     if (event.data.buffer().size() != 12)
@@ -360,15 +361,18 @@ void TestGroupObserver::hear(std::string const& method, ObserverEvent<IChannelGr
         event.source.reset();
         event.data.copyOnWrite().addTail(&junk, sizeof junk);
     }
+    return react && react();
 }
 
 XCode TestGroupObserver::onTimeslotsAdded(String& message, ObserverEvent<IChannelGroup>& event)
 {
     const std::string before = text(message);
     const std::uint32_t changed = event.data.word(2);
-    hear("onTimeslotsAdded with veto", event);
+    const bool refuses = hear("onTimeslotsAdded with veto", event);
     std::string after = before;
-    const std::int32_t code = state_.timeslots(changed, after);
+    std::int32_t code = state_.timeslots(changed, after);
+    if (refuses)
+        code = -1;
     if (before != after)
         message = toString(after);
     call_text::answer(world_.trace, code, before, after);

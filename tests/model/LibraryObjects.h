@@ -13,6 +13,7 @@
 #include <utility/InfoContainer.h>
 #include <utility/Monitor.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -156,6 +157,9 @@ public:
     TestGroupObserver(World& world, std::string label) : world_(world), label_(std::move(label)) {}
 
     void follow(Policy policy) { state_ = PolicyState(std::move(policy)); }
+
+    /// What else is done at each call; true: what can be refused is refused.
+    std::function<bool()> react;
     void dropKept();
 
     XCode onTimeslotsAdded(String& message, ObserverEvent<IChannelGroup>& event) override;
@@ -164,7 +168,7 @@ public:
 
 private:
     std::string told(std::string const& method, ObserverEvent<IChannelGroup> const& event) const;
-    void hear(std::string const& method, ObserverEvent<IChannelGroup>& event);
+    bool hear(std::string const& method, ObserverEvent<IChannelGroup>& event);
 
     World& world_;
     std::string label_;

@@ -1,6 +1,6 @@
 #include "ModelGroups.h"
 
-#include <iterator>
+#include <algorithm>
 
 namespace model
 {
@@ -10,6 +10,19 @@ std::string change(TimeslotEvent const& event)
 {
     return "(" + hex8(event.before) + "->" + hex8(event.after) + ": " + hex8(event.changed) + ")";
 }
+
+/// An operation that calls out keeps the group alive.
+class Held
+{
+public:
+    explicit Held(Driver& driver) : driver_(driver) { driver_.addRef(); }
+    ~Held() { driver_.release(); }
+    Held(Held const&) = delete;
+    Held& operator=(Held const&) = delete;
+
+private:
+    Driver& driver_;
+};
 } // namespace
 
 void GroupObservers::purge()
@@ -18,13 +31,14 @@ void GroupObservers::purge()
         list_.remove_if([](GroupEntry const& entry) { return entry.count < 1; });
 }
 
-void GroupObservers::add(GroupObserver* observer, std::uint32_t priority, bool veto)
+GroupObservers::Place GroupObservers::add(GroupObserver* observer, std::uint32_t priority,
+                                          bool veto)
 {
     purge();
     auto at = list_.begin();
     while (at != list_.end() && at->priority < priority)
         ++at;
-    list_.insert(at, GroupEntry{observer, priority, veto, 1});
+    return list_.insert(at, GroupEntry{observer, priority, veto, 1, {}, ++entries_});
 }
 
 void GroupObservers::remove(GroupObserver* observer)
@@ -39,47 +53,68 @@ void GroupObservers::remove(GroupObserver* observer)
     purge();
 }
 
+void GroupObservers::takeBack(int id, GroupObserver* observer)
+{
+    // The first entry of this observer from the front goes, which need not be the new one.
+    for (GroupEntry const& entry : list_) {
+        if (entry.id == id && entry.count >= 1) {
+            remove(observer);
+            return;
+        }
+    }
+    purge();
+}
+
 Code GroupObservers::broadcastAdded(std::string& message, TimeslotEvent const& event,
-                                    GroupObserver** refuser)
+                                    Refusal& refusal)
 {
     Code rc = 0;
+    const int me = ++broadcasts_;
+    adding_.push_back(me);
     ++busy_;
-    for (GroupEntry& entry : list_) {
-        if (entry.count < 1)
+    for (auto at = list_.begin(); rc == 0 && at != list_.end(); ++at) {
+        GroupObserver* const observer = at->observer;
+        const bool informed =
+            std::find(at->informed.begin(), at->informed.end(), me) != at->informed.end();
+        if (at->count < 1 || informed)
             continue;
-        GroupObserver* observer = entry.observer;
-        if (!entry.veto) {
+        if (!at->veto) {
             observer->onTimeslotsAdded(event);
             continue;
         }
         rc = observer->onTimeslotsAdded(message, event);
-        if (rc != 0) {
-            *refuser = observer;
-            break;
-        }
+        if (rc != 0)
+            refusal = {observer, at};
     }
     --busy_;
+    adding_.pop_back();
     return rc;
 }
 
-void GroupObservers::broadcastRemoved(TimeslotEvent const& event, GroupObserver* refuser)
+/// The place behind the last entry that hears of the undoing.
+GroupObservers::Place GroupObservers::undoFrom(Refusal const& refusal)
 {
-    auto start = list_.end();
-    if (refuser != nullptr) {
-        while (start != list_.begin()) {
-            auto before = std::prev(start);
-            if (before->count >= 1 && before->observer == refuser)
-                break;
-            start = before;
-        }
-        // The refuser stands before `start`; not found, everybody is told.
-        start = start == list_.begin() ? list_.end() : std::prev(start);
+    if (refusal.observer == nullptr)
+        return list_.end();
+    // An entry that died since is looked for no more.
+    if (refusal.at->count < 1)
+        return refusal.at;
+    for (auto at = list_.end(); at != list_.begin();) {
+        --at;
+        if (at->count >= 1 && at->observer == refusal.observer)
+            return at;
     }
+    return list_.end();
+}
+
+void GroupObservers::broadcastRemoved(TimeslotEvent const& event, Refusal const& refusal)
+{
+    auto at = undoFrom(refusal);
     ++busy_;
-    while (start != list_.begin()) {
-        --start;
-        if (start->count >= 1)
-            start->observer->onTimeslotsRemoved(event);
+    while (at != list_.begin()) {
+        --at;
+        if (at->count >= 1)
+            at->observer->onTimeslotsRemoved(event);
     }
     --busy_;
 }
@@ -101,6 +136,7 @@ void ChannelGroup::log(std::string const& line)
 
 Code ChannelGroup::setTimeslots(std::string& message, std::uint32_t requested)
 {
+    const Held held(*this);
     log("Set Timeslots '" + hex8(requested) + "'");
     const std::uint32_t old = timeslots_;
     const std::uint32_t added = (requested ^ old) & requested;
@@ -120,13 +156,13 @@ Code ChannelGroup::add(std::string& message, std::uint32_t added)
     timeslots_ = old | added;
     const TimeslotEvent event{this, old, old | added, added};
     log("  Notify observers: onTimeslotsAdded" + change(event));
-    GroupObserver* refuser = nullptr;
-    const Code rc = observers_.broadcastAdded(message, event, &refuser);
+    GroupObservers::Refusal refusal;
+    const Code rc = observers_.broadcastAdded(message, event, refusal);
     if (rc != 0) {
         timeslots_ &= ~added;
         const TimeslotEvent undo{this, old | added, old, added};
         log("  Notify observers: onTimeslotsRemoved" + change(undo));
-        observers_.broadcastRemoved(undo, refuser);
+        observers_.broadcastRemoved(undo, refusal);
     }
     return rc;
 }
@@ -137,7 +173,7 @@ void ChannelGroup::remove(std::uint32_t removed)
     timeslots_ = before & ~removed;
     const TimeslotEvent event{this, before, timeslots_, removed};
     log("  Notify observers: onTimeslotsRemoved" + change(event));
-    observers_.broadcastRemoved(event, nullptr);
+    observers_.broadcastRemoved(event, {});
 }
 
 Code ChannelGroup::addObserver(std::string& message, GroupObserver* observer,
@@ -147,21 +183,23 @@ Code ChannelGroup::addObserver(std::string& message, GroupObserver* observer,
         message = "NO CHANNEL-GROUP OBSERVER SPECIFIED";
         return -1;
     }
+    const Held held(*this);
     const std::string pointer = process_.pointerText(observer);
     log("Add observer '" + pointer + "'");
-    observers_.add(observer, priority, veto);
+    const GroupObservers::Place entry = observers_.add(observer, priority, veto);
     if (!notifyCurrent || timeslots_ == 0)
         return 0;
     const TimeslotEvent event{this, 0, timeslots_, timeslots_};
     log("  Notify observer '" + pointer + "': onTimeslotsAdded" + change(event));
+    observers_.inform(entry);
+    const int id = entry->id;
     if (!veto) {
         observer->onTimeslotsAdded(event);
         return 0;
     }
     const Code rc = observer->onTimeslotsAdded(message, event);
-    // The first entry of this observer from the front goes, which need not be the new one.
     if (rc != 0)
-        observers_.remove(observer);
+        observers_.takeBack(id, observer);
     return rc;
 }
 
@@ -169,6 +207,7 @@ void ChannelGroup::removeObserver(GroupObserver* observer, bool notifyCurrent)
 {
     if (observer == nullptr)
         return;
+    const Held held(*this);
     const std::string pointer = process_.pointerText(observer);
     log("Remove observer '" + pointer + "'");
     observers_.remove(observer);

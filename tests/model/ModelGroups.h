@@ -37,25 +37,45 @@ struct GroupEntry
     std::uint32_t priority = 0;
     bool veto = false;
     std::int32_t count = 1;
+    /// The broadcasts of additions whose news it was told when it was registered.
+    std::vector<int> informed;
+    int id = 0;  ///< no other entry's
 };
 
 /// The observers of a group, lowest priority value first, newest first among equals.
 class GroupObservers
 {
 public:
-    void add(GroupObserver* observer, std::uint32_t priority, bool veto);
+    using Place = std::list<GroupEntry>::iterator;
+
+    /// Who refused, and at which entry; null: nobody did.
+    struct Refusal
+    {
+        GroupObserver* observer = nullptr;
+        Place at;
+    };
+
+    Place add(GroupObserver* observer, std::uint32_t priority, bool veto);
     void remove(GroupObserver* observer);
-    /// Front to back, up to the first refusal, which is named in `refuser`.
-    Code broadcastAdded(std::string& message, TimeslotEvent const& event, GroupObserver** refuser);
-    /// Back to front, everybody or those who stand before the refuser.
-    void broadcastRemoved(TimeslotEvent const& event, GroupObserver* refuser);
+    /// Takes a refused registration back, if it still stands.
+    void takeBack(int id, GroupObserver* observer);
+    /// The entry is being told what the broadcasts of additions under way tell.
+    void inform(Place entry) { entry->informed = adding_; }
+    /// Front to back, up to the first refusal.
+    Code broadcastAdded(std::string& message, TimeslotEvent const& event, Refusal& refusal);
+    /// Back to front, everybody or, after a refusal, those who stand before the refuser.
+    void broadcastRemoved(TimeslotEvent const& event, Refusal const& refusal);
     std::size_t size() const { return list_.size(); }
 
 private:
     void purge();
+    Place undoFrom(Refusal const& refusal);
 
     std::list<GroupEntry> list_;
     int busy_ = 0;
+    std::vector<int> adding_; ///< the broadcasts of additions under way
+    int broadcasts_ = 0;
+    int entries_ = 0;
 };
 
 /// A driver that holds timeslots as a mask and tells its observers of changes.

@@ -64,7 +64,8 @@ void ScriptedObserver::dropKept()
     kept_.clear();
 }
 
-void ScriptedGroupObserver::hear(std::string const& method, TimeslotEvent const& event)
+/// Returns whether a reaction wants to refuse.
+bool ScriptedGroupObserver::hear(std::string const& method, TimeslotEvent const& event)
 {
     process_.trace.add(call_text::timeslots(label_, method, event.source->label(), event.before,
                                             event.after, event.changed));
@@ -74,13 +75,16 @@ void ScriptedGroupObserver::hear(std::string const& method, TimeslotEvent const&
         event.source->addRef();
         kept_.push_back(event);
     }
+    return react && react();
 }
 
 Code ScriptedGroupObserver::onTimeslotsAdded(std::string& message, TimeslotEvent const& event)
 {
     const std::string before = message;
-    hear("onTimeslotsAdded with veto", event);
-    const Code code = state_.timeslots(event.changed, message);
+    const bool refuses = hear("onTimeslotsAdded with veto", event);
+    Code code = state_.timeslots(event.changed, message);
+    if (refuses)
+        code = -1;
     call_text::answer(process_.trace, code, before, message);
     return code;
 }

@@ -44,6 +44,9 @@ public:
 
     void follow(Policy policy) { state_ = PolicyState(std::move(policy)); }
 
+    /// What else is done at each call; true: what can be refused is refused.
+    std::function<bool()> react;
+
     Code onTimeslotsAdded(std::string& message, TimeslotEvent const& event) override;
     void onTimeslotsAdded(TimeslotEvent const& event) override;
     void onTimeslotsRemoved(TimeslotEvent const& event) override;
@@ -51,7 +54,7 @@ public:
     void dropKept();
 
 private:
-    void hear(std::string const& method, TimeslotEvent const& event);
+    bool hear(std::string const& method, TimeslotEvent const& event);
 
     Process& process_;
     std::string label_;

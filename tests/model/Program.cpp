@@ -5,14 +5,14 @@
 namespace
 {
 char const* const KINDS[] = {
-    "makeDriver",     "makeGroup",      "dropDriver",    "holdDriver",     "unholdDriver",
-    "setInterfaces",  "addDriver",      "removeDriver*", "removeDriver",   "getDriver",
-    "makeDelegate",   "dropDelegate",   "stopDelegate",  "register",       "unregister",
-    "follow",         "dropKept",       "setAttachment", "setAttachment*", "getAttachment",
-    "getAttachment*", "getInterface",   "getDrivers",    "getInterfaces",  "getInfo",
-    "monitor",        "group.add",      "group.remove",  "group.set",      "group.info",
-    "group.follow",   "group.dropKept", "timeslots",     "record.make",    "record.listener",
-    "record.call",
+    "makeDriver",      "makeGroup",      "dropDriver",    "holdDriver",     "unholdDriver",
+    "setInterfaces",   "addDriver",      "removeDriver*", "removeDriver",   "getDriver",
+    "makeDelegate",    "dropDelegate",   "stopDelegate",  "register",       "unregister",
+    "follow",          "dropKept",       "setAttachment", "setAttachment*", "getAttachment",
+    "getAttachment*",  "getInterface",   "getDrivers",    "getInterfaces",  "getInfo",
+    "monitor",         "group.add",      "group.remove",  "group.set",      "group.info",
+    "group.follow",    "group.dropKept", "group.react",   "timeslots",      "record.make",
+    "record.listener", "record.call",
 };
 static_assert(sizeof KINDS / sizeof KINDS[0] == static_cast<std::size_t>(Step::Kind::END),
               "one name a kind");
@@ -79,5 +79,7 @@ std::string toText(Step const& step)
     text += step.flag ? " flag" : "";
     addNumber(text, "alias", static_cast<int>(step.alias), 0);
     addPolicy(text, step.policy);
+    for (Step const& each : step.nested)
+        text += "\n      " + toText(each);
     return text;
 }

@@ -47,6 +47,7 @@ struct Step
         GROUP_INFO,      ///< slot, limits, name (prefix)
         GROUP_FOLLOW,    ///< slot (observer), policy
         GROUP_DROP_KEPT, ///< slot (observer)
+        GROUP_REACT,     ///< slot (observer), number (at which of its next calls), nested, flag
         TIMESLOTS,       ///< value (text in), number (mask out before), text
         RECORD_MAKE,     ///< slot (driver, -1: none): a record used by itself, in place of the last
         RECORD_LISTENER, ///< other (which), and the fields of REGISTER
@@ -82,6 +83,7 @@ struct Step
     bool flag = false;
     Alias alias = Alias::NONE;
     Policy policy;
+    std::vector<Step> nested; ///< what the observer does in that call; `flag`: then it refuses
 };
 
 /// The operations of a record used by itself, for RECORD_CALL.

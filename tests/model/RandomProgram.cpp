@@ -47,18 +47,19 @@ struct Weight
 };
 
 const Weight WEIGHTS[] = {
-    {Kind::MAKE_DRIVER, 55},    {Kind::MAKE_GROUP, 10},      {Kind::DROP_DRIVER, 8},
-    {Kind::HOLD_DRIVER, 5},     {Kind::UNHOLD_DRIVER, 6},    {Kind::SET_INTERFACES, 5},
-    {Kind::ADD_DRIVER, 120},    {Kind::REMOVE_POINTER, 18},  {Kind::REMOVE_NAME, 30},
-    {Kind::GET_DRIVER, 12},     {Kind::MAKE_DELEGATE, 8},    {Kind::DROP_DELEGATE, 2},
-    {Kind::STOP_DELEGATE, 2},   {Kind::REGISTER, 120},       {Kind::UNREGISTER, 35},
-    {Kind::FOLLOW, 60},         {Kind::DROP_KEPT, 10},       {Kind::SET_ATTACHMENT, 200},
-    {Kind::SET_BY_POINTER, 60}, {Kind::GET_ATTACHMENT, 12},  {Kind::GET_BY_POINTER, 8},
-    {Kind::GET_INTERFACE, 15},  {Kind::GET_DRIVERS, 15},     {Kind::GET_INTERFACES, 15},
-    {Kind::GET_INFO, 25},       {Kind::MONITOR, 4},          {Kind::GROUP_ADD, 30},
-    {Kind::GROUP_REMOVE, 12},   {Kind::GROUP_SET, 45},       {Kind::GROUP_INFO, 5},
-    {Kind::GROUP_FOLLOW, 12},   {Kind::GROUP_DROP_KEPT, 3},  {Kind::TIMESLOTS, 6},
-    {Kind::RECORD_MAKE, 3},     {Kind::RECORD_LISTENER, 15}, {Kind::RECORD_CALL, 80},
+    {Kind::MAKE_DRIVER, 55},    {Kind::MAKE_GROUP, 10},     {Kind::DROP_DRIVER, 8},
+    {Kind::HOLD_DRIVER, 5},     {Kind::UNHOLD_DRIVER, 6},   {Kind::SET_INTERFACES, 5},
+    {Kind::ADD_DRIVER, 120},    {Kind::REMOVE_POINTER, 18}, {Kind::REMOVE_NAME, 30},
+    {Kind::GET_DRIVER, 12},     {Kind::MAKE_DELEGATE, 8},   {Kind::DROP_DELEGATE, 2},
+    {Kind::STOP_DELEGATE, 2},   {Kind::REGISTER, 120},      {Kind::UNREGISTER, 35},
+    {Kind::FOLLOW, 60},         {Kind::DROP_KEPT, 10},      {Kind::SET_ATTACHMENT, 200},
+    {Kind::SET_BY_POINTER, 60}, {Kind::GET_ATTACHMENT, 12}, {Kind::GET_BY_POINTER, 8},
+    {Kind::GET_INTERFACE, 15},  {Kind::GET_DRIVERS, 15},    {Kind::GET_INTERFACES, 15},
+    {Kind::GET_INFO, 25},       {Kind::MONITOR, 4},         {Kind::GROUP_ADD, 30},
+    {Kind::GROUP_REMOVE, 12},   {Kind::GROUP_SET, 45},      {Kind::GROUP_INFO, 5},
+    {Kind::GROUP_FOLLOW, 12},   {Kind::GROUP_DROP_KEPT, 3}, {Kind::GROUP_REACT, 25},
+    {Kind::TIMESLOTS, 6},       {Kind::RECORD_MAKE, 3},     {Kind::RECORD_LISTENER, 15},
+    {Kind::RECORD_CALL, 80},
 };
 
 /// What a program begins with, so that its calls find something to work on.
@@ -134,6 +135,7 @@ private:
             return static_cast<int>(random_.below(OBSERVERS));
         case Kind::GROUP_FOLLOW:
         case Kind::GROUP_DROP_KEPT:
+        case Kind::GROUP_REACT:
             return static_cast<int>(random_.below(GROUP_OBSERVERS));
         // Groups live in the last two slots.
         case Kind::MAKE_GROUP:
@@ -274,6 +276,9 @@ private:
             step.other = static_cast<int>(random_.below(GROUP_OBSERVERS + 1)) - 1;
             step.number = random_.pick(PRIORITIES);
             break;
+        case Kind::GROUP_REACT:
+            reaction(step);
+            break;
         case Kind::GROUP_SET:
             step.number = random_.pick(MASKS);
             break;
@@ -289,6 +294,21 @@ private:
         }
         if (step.kind == Kind::RECORD_LISTENER)
             step.other = static_cast<int>(random_.below(RECORD_LISTENERS));
+    }
+
+    /// What an observer of a group does from inside a call.
+    void reaction(Step& step)
+    {
+        const Kind kinds[] = {Kind::GROUP_ADD,    Kind::GROUP_ADD,    Kind::GROUP_ADD,
+                              Kind::GROUP_REMOVE, Kind::GROUP_REMOVE, Kind::GROUP_REMOVE,
+                              Kind::GROUP_INFO,   Kind::DROP_DRIVER};
+        step.number = random_.below(4);
+        step.flag = random_.chance(40);
+        for (std::uint32_t n = 1 + random_.below(3); n > 0; --n) {
+            Step nested = this->step(random_.pick(kinds));
+            nested.slot = DRIVER_SLOTS - 1 - static_cast<int>(random_.below(2));
+            step.nested.push_back(nested);
+        }
     }
 
     void recordCall(Step& step)

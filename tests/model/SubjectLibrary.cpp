@@ -36,6 +36,8 @@ SubjectLibrary::SubjectLibrary()
         groupObservers_.push_back(std::make_unique<library::TestGroupObserver>(world_, label));
         world_.namePointer(groupObservers_.back().get(), label);
     }
+    for (std::size_t i = 0; i < groupObservers_.size(); ++i)
+        groupObservers_[i]->react = [this, i] { return react(i); };
     MON_DRV = &monitor_;
 }
 
@@ -362,6 +364,12 @@ void SubjectLibrary::queryStep(Step const& step)
     }
 }
 
+/// An observer of a group is being called.
+bool SubjectLibrary::react(std::size_t observer)
+{
+    return reactions_[observer].call([this](Step const& step) { perform(step); });
+}
+
 void SubjectLibrary::groupStep(Step const& step)
 {
     Arguments a(step);
@@ -382,6 +390,10 @@ void SubjectLibrary::groupStep(Step const& step)
         groupObservers_[step.slot]->dropKept();
         return;
     }
+    if (step.kind == Kind::GROUP_REACT) {
+        reactions_[step.slot].add(step);
+        return;
+    }
     auto* const it = dynamic_cast<library::TestGroup*>(driver(step.slot));
     if (it == nullptr)
         return;
@@ -398,7 +410,8 @@ void SubjectLibrary::groupStep(Step const& step)
     } else if (step.kind == Kind::GROUP_SET) {
         const XCode code = it->setTimeslots(a.error, step.number);
         result("group.set", code, a.error);
-        world_.trace.add("timeslots " + hex8(it->getTimeslots()));
+        if (world_.faces.count(static_cast<IDriver*>(it)) != 0)
+            world_.trace.add("timeslots " + hex8(it->getTimeslots()));
     } else {
         InfoContainer info;
         it->getInfo(info, step.limits[0], step.limits[1], step.limits[2], step.limits[3], a.name);

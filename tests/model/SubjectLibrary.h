@@ -2,6 +2,7 @@
 #define TESTS_MODEL_SUBJECT_LIBRARY_H
 
 #include "LibraryObjects.h"
+#include "Reactions.h"
 #include "Subject.h"
 
 #include <drvrepo/DriverWrapper.h>
@@ -46,6 +47,7 @@ private:
     void attachmentStep(Step const& step);
     void queryStep(Step const& step);
     void groupStep(Step const& step);
+    bool react(std::size_t observer);
     void recordStep(Step const& step);
     void recordCall(Step const& step);
 
@@ -77,6 +79,7 @@ private:
     std::vector<std::unique_ptr<library::TestGroupObserver>> groupObservers_;
     std::vector<std::unique_ptr<library::Counted>> delegateCounts_;
     std::array<library::CountedDelegate*, DELEGATE_SLOTS> delegateSlots_ = {};
+    std::array<Reactions, GROUP_OBSERVERS> reactions_;
     std::unique_ptr<DriverWrapper> record_;
     std::array<std::unique_ptr<Listener>, RECORD_LISTENERS> recordListeners_;
     TOVA_List<TYPPtr<IDriver>> foundDrivers_;

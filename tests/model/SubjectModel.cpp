@@ -90,6 +90,8 @@ SubjectModel::SubjectModel()
     for (int i = 0; i < GROUP_OBSERVERS; ++i)
         groupObservers_.push_back(
             std::make_unique<model::ScriptedGroupObserver>(process_, "p" + std::to_string(i)));
+    for (std::size_t i = 0; i < groupObservers_.size(); ++i)
+        groupObservers_[i]->react = [this, i] { return react(i); };
     process_.pointerText = [this](void const* observer) {
         for (std::size_t i = 0; i < observers_.size(); ++i)
             if (observer == static_cast<model::Observer*>(observers_[i].get()))
@@ -406,6 +408,15 @@ model::GroupObserver* SubjectModel::groupObserver(int index)
     return index < 0 ? nullptr : groupObservers_[index].get();
 }
 
+/// An observer of a group is being called; the texts of the call under way stay as they are.
+bool SubjectModel::react(std::size_t observer)
+{
+    const std::string error = error_;
+    const bool refuses = reactions_[observer].call([this](Step const& step) { perform(step); });
+    error_ = error;
+    return refuses;
+}
+
 void SubjectModel::groupStep(Step const& step)
 {
     if (step.kind == Kind::TIMESLOTS) {
@@ -423,6 +434,10 @@ void SubjectModel::groupStep(Step const& step)
         groupObservers_[step.slot]->dropKept();
         return;
     }
+    if (step.kind == Kind::GROUP_REACT) {
+        reactions_[step.slot].add(step);
+        return;
+    }
     ChannelGroup* const it = group(step.slot);
     if (it == nullptr)
         return;
@@ -434,7 +449,8 @@ void SubjectModel::groupStep(Step const& step)
         it->removeObserver(groupObserver(step.other), step.flag);
     } else if (step.kind == Kind::GROUP_SET) {
         result("group.set", it->setTimeslots(error_, step.number));
-        process_.trace.add("timeslots " + hex8(it->getTimeslots()));
+        if (it->refs() > 0)
+            process_.trace.add("timeslots " + hex8(it->getTimeslots()));
     } else {
         std::vector<InfoRow> list;
         it->getInfo(list, limitsOf(step), step.name);

@@ -2,6 +2,7 @@
 #define TESTS_MODEL_SUBJECT_MODEL_H
 
 #include "ModelObservers.h"
+#include "Reactions.h"
 #include "Subject.h"
 
 /// Runs programs on the model.
@@ -25,6 +26,7 @@ private:
     void attachmentStep(Step const& step);
     void queryStep(Step const& step);
     void groupStep(Step const& step);
+    bool react(std::size_t observer);
     void recordStep(Step const& step);
     void recordCall(Step const& step);
 
@@ -59,6 +61,7 @@ private:
     std::array<std::shared_ptr<model::Listener>, RECORD_LISTENERS> recordListeners_;
     std::vector<model::Driver*> foundDrivers_;
     std::vector<model::Driver*> foundInterfaces_;
+    std::array<Reactions, GROUP_OBSERVERS> reactions_;
     std::string error_;
 };
 
