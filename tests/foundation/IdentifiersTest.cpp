@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string>
 #include <thread>
 
@@ -10,6 +11,8 @@
 #include <drvrepo/IDriverRepository.h>
 #include <drvrepo/IKernelDriverRepository.h>
 #include <drvrepo/Identifiers.h>
+
+#include <support/TwoThreads.h>
 
 namespace
 {
@@ -161,20 +164,15 @@ TEST(Identifiers, EqualOthersWithTheirBytes)
 // Two threads that both make the first call of a function get one object.
 TEST(Identifiers, MayBeAskedForOnSeveralThreads)
 {
-    const auto ask = [](TOVA_UUID const** found) {
-        for (Case const& c : CASES)
-            for (int i = 0; i < 200; ++i) {
-                const TOVA_UUID copy(c.identifier());
-                *found = &c.identifier();
-            }
-    };
-    TOVA_UUID const* first = nullptr;
-    TOVA_UUID const* second = nullptr;
-    std::thread one(ask, &first);
-    std::thread two(ask, &second);
-    one.join();
-    two.join();
-    EXPECT_EQ(first, second);
+    TOVA_UUID const* found[2][std::size(CASES)] = {};
+    onTwoThreads([&found](int number) {
+        for (std::size_t i = 0; i < std::size(CASES); ++i) {
+            const TOVA_UUID copy(CASES[i].identifier());
+            found[number][i] = &CASES[i].identifier();
+        }
+    });
+    for (std::size_t i = 0; i < std::size(CASES); ++i)
+        EXPECT_EQ(found[0][i], found[1][i]);
     for (Case const& c : CASES)
         EXPECT_EQ(-1, c.identifier().data().references);
 }

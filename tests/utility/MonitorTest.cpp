@@ -1,7 +1,6 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include <syslog.h>
 #include <unistd.h>
@@ -9,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <utility/Monitor.h>
+
+#include <support/TwoThreads.h>
 
 namespace
 {
@@ -90,14 +91,11 @@ TEST(FileMonitor, KeepsLinesOfTwoThreadsApart)
     const File file(std::tmpfile());
     ASSERT_NE(nullptr, file);
     const RTD::FileMonitor monitor(file.get());
-    const auto work = [&monitor](char const* who) {
-        for (int i = 0; i < 2000; ++i)
+    onTwoThreads([&monitor](int number) {
+        char const* const who = number == 0 ? "first" : "second";
+        for (int i = 0; i < 20000; ++i)
             send(monitor, RTD::LEVEL_DEBUG, "%s %s %s", who, who, who);
-    };
-    std::thread first(work, "first");
-    std::thread second(work, "second");
-    first.join();
-    second.join();
+    });
 
     const std::string content = contentOf(file.get());
     unsigned firsts = 0;
@@ -109,8 +107,8 @@ TEST(FileMonitor, KeepsLinesOfTwoThreadsApart)
         seconds += line == "<7> second second second" ? 1 : 0;
         at = end == std::string::npos ? content.size() : end + 1;
     }
-    EXPECT_EQ(2000u, firsts);
-    EXPECT_EQ(2000u, seconds);
+    EXPECT_EQ(20000u, firsts);
+    EXPECT_EQ(20000u, seconds);
 }
 
 TEST(Monitor, HasAThreshold)

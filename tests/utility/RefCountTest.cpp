@@ -1,8 +1,8 @@
-#include <thread>
-
 #include <gtest/gtest.h>
 
 #include <utility/RefCount.h>
+
+#include <support/TwoThreads.h>
 
 namespace
 {
@@ -31,18 +31,14 @@ static_assert(sizeof(AtomicRefCount) == 4 && sizeof(PlainRefCount) == 4, "32 bit
 TEST(AtomicRefCount, CountsOnTwoThreads)
 {
     AtomicRefCount count;
-    const auto work = [&count] {
-        for (int i = 0; i < 50000; ++i) {
+    onTwoThreads([&count](int) {
+        for (int i = 0; i < 500000; ++i) {
             count.increment();
             count.increment();
             count.decrement();
         }
-    };
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
-    EXPECT_EQ(100001, count.value());
+    });
+    EXPECT_EQ(1000001, count.value());
 }
 
 } // namespace

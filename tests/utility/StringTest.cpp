@@ -1,10 +1,11 @@
 #include <climits>
 #include <string>
-#include <thread>
 
 #include <gtest/gtest.h>
 
 #include <utility/String.h>
+
+#include <support/TwoThreads.h>
 
 namespace
 {
@@ -343,17 +344,13 @@ TEST(StringStartsWith, ComparesByteForByte)
 TEST(StringThreads, CountOneBufferAtomically)
 {
     const String shared("shared by two");
-    const auto work = [&shared] {
-        for (int i = 0; i < 20000; ++i) {
+    onTwoThreads([&shared](int) {
+        for (int i = 0; i < 200000; ++i) {
             const String copy(shared);
             String other;
             other = copy;
         }
-    };
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
+    });
     EXPECT_EQ(1, shared.buffer()->references());
     EXPECT_STREQ("shared by two", shared.cString());
 }

@@ -4,6 +4,8 @@
 
 #include <utility/TYEventLoop.h>
 
+#include <support/TwoThreads.h>
+
 namespace
 {
 
@@ -34,18 +36,14 @@ TEST(TYEventLoop, KeepsOtherThreadsOut)
 {
     TYEventLoop loop;
     int shared = 0; // a data race, and a lost update, without the lock
-    const auto work = [&] {
-        for (int i = 0; i < 20000; ++i) {
+    onTwoThreads([&](int) {
+        for (int i = 0; i < 100000; ++i) {
             const LockScope outer(loop.lock());
             const LockScope inner(loop.lock());
             ++shared;
         }
-    };
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
-    EXPECT_EQ(40000, shared);
+    });
+    EXPECT_EQ(200000, shared);
 }
 
 TEST(CRIT, IsOneLoopForTheProcess)

@@ -1,10 +1,11 @@
 #include <cstring>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include <utility/TYMarshaller.h>
+
+#include <support/TwoThreads.h>
 
 namespace
 {
@@ -169,17 +170,13 @@ TEST(TYMarshaller, WordsNeedFourBytes)
 TEST(TYMarshaller, SharesAcrossThreads)
 {
     const TYMarshaller shared = marshallerOf(20);
-    const auto work = [&shared] {
-        for (int i = 0; i < 5000; ++i) {
+    onTwoThreads([&shared](int) {
+        for (int i = 0; i < 50000; ++i) {
             TYMarshaller copy(shared);
             if (i % 16 == 0)
                 add(copy, 20);
         }
-    };
-    std::thread first(work);
-    std::thread second(work);
-    first.join();
-    second.join();
+    });
     EXPECT_EQ(numbersTo(20), wordsOf(shared));
 }
 
