@@ -38,6 +38,8 @@ XCode Record::Change::carryOut(String& error)
             heardIn = other->giveWay();
         other->finishClearing();
     }
+    if (replaced_ || record_.gone_) // from inside what was just finished
+        return XCode();
     const String old(record_.getAttachment(key_));
     if (value_ == old)
         return XCode();

@@ -133,7 +133,8 @@ void CDriverRepository::removeDriver(IDriver* driver)
 
 void CDriverRepository::removeDriver(String const& name)
 {
-    const Operation operation(*this);
+    // Not an operation of its own: the record is freed at once when the inner one is the outermost.
+    const TYPtr<IDriverRepository> life = TYPtr<IDriverRepository>::share(this);
     const String own(name);
     finishDepartures(own, nullptr);
     IDriver* driver = nullptr;
