@@ -158,9 +158,11 @@ Code ChannelGroup::add(std::string& message, std::uint32_t added)
     log("  Notify observers: onTimeslotsAdded" + change(event));
     GroupObservers::Refusal refusal;
     const Code rc = observers_.broadcastAdded(message, event, refusal);
-    if (rc != 0) {
-        timeslots_ &= ~added;
-        const TimeslotEvent undo{this, old | added, old, added};
+    // What a nested change has taken out already is not taken back once more.
+    const std::uint32_t gone = added & timeslots_;
+    if (rc != 0 && gone != 0) {
+        const TimeslotEvent undo{this, timeslots_, timeslots_ & ~gone, gone};
+        timeslots_ &= ~gone;
         log("  Notify observers: onTimeslotsRemoved" + change(undo));
         observers_.broadcastRemoved(undo, refusal);
     }
@@ -170,8 +172,11 @@ Code ChannelGroup::add(std::string& message, std::uint32_t added)
 void ChannelGroup::remove(std::uint32_t removed)
 {
     const std::uint32_t before = timeslots_;
-    timeslots_ = before & ~removed;
-    const TimeslotEvent event{this, before, timeslots_, removed};
+    const std::uint32_t gone = removed & before;
+    if (gone == 0)
+        return;
+    timeslots_ = before & ~gone;
+    const TimeslotEvent event{this, before, timeslots_, gone};
     log("  Notify observers: onTimeslotsRemoved" + change(event));
     observers_.broadcastRemoved(event, {});
 }

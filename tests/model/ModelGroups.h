@@ -39,7 +39,7 @@ struct GroupEntry
     std::int32_t count = 1;
     /// The broadcasts of additions whose news it was told when it was registered.
     std::vector<int> informed;
-    int id = 0;  ///< no other entry's
+    int id = 0; ///< no other entry's
 };
 
 /// The observers of a group, lowest priority value first, newest first among equals.

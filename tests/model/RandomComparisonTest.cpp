@@ -44,7 +44,7 @@ TEST(RandomComparison, StreamOfASeed)
     for (std::uint64_t index = 0; index < 40; ++index)
         harness::compare(harness::programOf(1, index), report);
     EXPECT_EQ(0u, report.differences);
-    EXPECT_EQ(13031153496656113608u, report.hash);
+    EXPECT_EQ(13299955907659492112u, report.hash);
 }
 
 /// A comparison that finds nothing must be able to find something.

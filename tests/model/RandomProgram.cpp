@@ -301,7 +301,8 @@ private:
     {
         const Kind kinds[] = {Kind::GROUP_ADD,    Kind::GROUP_ADD,    Kind::GROUP_ADD,
                               Kind::GROUP_REMOVE, Kind::GROUP_REMOVE, Kind::GROUP_REMOVE,
-                              Kind::GROUP_INFO,   Kind::DROP_DRIVER};
+                              Kind::GROUP_INFO,   Kind::DROP_DRIVER,  Kind::GROUP_SET,
+                              Kind::GROUP_SET};
         step.number = random_.below(4);
         step.flag = random_.chance(40);
         for (std::uint32_t n = 1 + random_.below(3); n > 0; --n) {
