@@ -274,8 +274,7 @@ private:
         const std::unique_ptr<Event> clone(event.clone());
         if (clone == nullptr || !entry.isLive()) // cloning calls out
             return;
-        const TYPtr<Delegate> held = TYPtr<Delegate>::share(entry.delegate());
-        held.get()->notifyEvent(method, *clone);
+        entry.delegate()->notifyEvent(method, *clone);
     }
 
     TOVA_List<Wrapper> list_;
