@@ -92,6 +92,8 @@ XCode CDriverRepository::introduce(String& error, String const& name, DriverWrap
                             [&] { error.format("Driver '%s' does not exist", name.cString()); });
         },
         undo);
+    if (rc.code() != 0 && running_ == 1)
+        bury(); // what is given back there may call in, before the answer is known
     return holds(name, driver) ? XCode() : rc;
 }
 
