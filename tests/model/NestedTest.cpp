@@ -6,8 +6,6 @@ namespace
 {
 #if defined(__SANITIZE_ADDRESS__)
 const std::uint64_t CALLS = 100000;
-#elif defined(__OPTIMIZE__)
-const std::uint64_t CALLS = 1500000;
 #else
 const std::uint64_t CALLS = 300000;
 #endif
