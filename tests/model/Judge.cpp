@@ -145,7 +145,7 @@ void Judge::leaveSilently(Frame const& frame)
 
 void Judge::endAddDriver(Frame const& frame, Outcome const& outcome, Look const& look)
 {
-    if (outcome.thrown != 0)
+    if (outcome.thrown != 0 || frame.freed)
         return;
     const bool holds = look.driver == frame.call.driver && frame.call.driver >= 0;
     if (outcome.code == 0 && !holds)
@@ -173,14 +173,14 @@ void Judge::endRegister(Frame const& frame, Outcome const& outcome, Look const& 
     Told& told = registrations_[static_cast<std::size_t>(frame.call.registration)];
     if (outcome.code == 0 && outcome.thrown == 0) {
         told.known = true;
-        if (!look.registered)
+        if (!look.registered && !frame.freed)
             violation(describe(frame.call.registration, -1) + ": registered, but not in the list");
         if (!outcome.text.empty())
             violation("a registration succeeds with the text " + quoted(outcome.text));
         return;
     }
     told.dead = true;
-    if (look.registered)
+    if (look.registered && !frame.freed)
         violation(describe(frame.call.registration, -1) + ": not registered, but in the list");
     for (auto const& entry : pairs_)
         if (entry.first.first == frame.call.registration && entry.second.in && !told.muted)
@@ -201,7 +201,7 @@ void Judge::endUnregister(Frame const& frame)
 
 void Judge::endSetAttachment(Frame const& frame, Outcome const& outcome, Look const& look)
 {
-    if (outcome.thrown != 0)
+    if (outcome.thrown != 0 || frame.freed)
         return;
     if (outcome.code == 0 && look.driver < 0)
         violation("setDriverAttachment succeeds for " + quoted(frame.call.name) +
@@ -240,6 +240,16 @@ void Judge::endCallOut(int thrown)
     // The operation that made the call passes the first exception on.
     if (thrown != 0 && !frames_.empty() && frames_.back().thrown == 0)
         frames_.back().thrown = thrown;
+}
+
+void Judge::freeing()
+{
+    for (auto at = frames_.rbegin(); at != frames_.rend(); ++at) {
+        if (at->kind != Frame::Kind::OPERATION)
+            continue;
+        at->freed = true;
+        return;
+    }
 }
 
 /// Whoever came last in this operation may just have been told more when somebody threw.

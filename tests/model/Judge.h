@@ -124,6 +124,10 @@ public:
     void beginCallOut(bool log = false);
     void endCallOut(int thrown);
 
+    /// A driver is being freed. An operation frees what it removed when its result stands already,
+    /// so what the destructor does cannot show in the result.
+    void freeing();
+
     /// The registration's delegate was stopped: nothing may reach it from now on.
     void stopped(int registration);
 
@@ -173,6 +177,7 @@ private:
         Call call;
         bool logged = false;      ///< its first log line is out
         bool stopped = false;     ///< a driver or the monitor threw before that
+        bool freed = false;       ///< a driver was freed by it
         std::vector<int> leaving; ///< registrations that an UNREGISTER takes out
         bool sameKey = false;     ///< a change of the same attachment ran inside
         bool readded = false;     ///< a driver of that name was added inside

@@ -617,6 +617,8 @@ void NestedRun::callOut(CallOut kind, std::string const& what)
         say(std::string("- ") + nameOf(kind) + " " + what);
     const Raised indented(indent_);
     const Raised other(otherCallOuts_);
+    if (kind == CallOut::DESTRUCTOR)
+        judge_.freeing();
     judge_.beginCallOut(kind == CallOut::LOG);
     int thrown = 0;
     try {
