@@ -16,7 +16,8 @@ TEST_F(ObserverContainerNesting, WhoRemovesItselfIsOnlyMarked)
     b_.action = [&](TestEvent&) {
         EXPECT_EQ(1, container_->busy());
         container_->remove(&b_);
-        EXPECT_EQ(3u, container_->size()); // dead, still linked
+        EXPECT_EQ(3u, container_->size());       // dead, still linked
+        EXPECT_EQ(3, SubjectDelegate::living()); // held over its own call
     };
     EXPECT_EQ(0, tell().code());
     EXPECT_EQ("a: asked\nb: told\nc: asked\n", heard());

@@ -88,24 +88,21 @@ TEST_F(ObserverDelegateTest, WithoutAnObserverIsAsGoodAsStopped)
 }
 
 // The observer lets go of the delegate that is just calling it.
-TEST_F(ObserverDelegateTest, OutlivesItsOwnCall)
+TEST_F(ObserverDelegateTest, MayGoDuringItsOwnCall)
 {
     TYPtr<SubjectDelegate> delegate(new SubjectDelegate(&observer_));
-    SubjectDelegate* const raw = delegate.get();
-    int during = 0;
-    observer_.action = [&](TestEvent&) {
-        delegate.reset();
-        during = SubjectDelegate::living();
-    };
-    raw->notifyEvent(&TestObserver::onAdded, event_);
-    EXPECT_EQ(1, during);
+    observer_.action = [&](TestEvent&) { delegate.reset(); };
+    delegate.get()->notifyEvent(&TestObserver::onAdded, event_);
     EXPECT_EQ(0, SubjectDelegate::living());
 
     delegate.reset(new SubjectDelegate(&observer_));
-    observer_.answer = XCode(3);
-    EXPECT_EQ(3, delegate.get()->notifyEvent(message_, &TestObserver::onAdding, event_).code());
-    EXPECT_EQ(1, during);
+    observer_.answer = XCode(3, "own");
+    const XCode rc = delegate.get()->notifyEvent(message_, &TestObserver::onAdding, event_);
+    EXPECT_EQ(3, rc.code());
+    EXPECT_STREQ("own", rc.message().cString());
+    EXPECT_STREQ("no", message_.cString());
     EXPECT_EQ(0, SubjectDelegate::living());
+    EXPECT_EQ("a: told\na: asked\n", log_.take());
 }
 
 TEST_F(ObserverDelegateTest, MayBeStoppedFromInsideItsOwnCall)

@@ -232,15 +232,18 @@ TEST(TOVA_List, Swaps)
     EXPECT_EQ("abcd|dcba", storyOf(list));
 }
 
-/// Counts the elements of its list that are left when it goes.
+/// When it goes, tells its number and how many elements its list has left.
 struct Leaver
 {
     TOVA_List<Leaver>* list = nullptr;
     std::string* story = nullptr;
+    int number = 0;
 
     Leaver() = default;
-    Leaver(TOVA_List<Leaver>& of, std::string& into) : list(&of), story(&into) {}
-    Leaver(Leaver&& other) noexcept : list(std::exchange(other.list, nullptr)), story(other.story)
+    Leaver(TOVA_List<Leaver>& of, std::string& into, int as) : list(&of), story(&into), number(as)
+    {}
+    Leaver(Leaver&& other) noexcept
+        : list(std::exchange(other.list, nullptr)), story(other.story), number(other.number)
     {}
     ~Leaver()
     {
@@ -249,7 +252,8 @@ struct Leaver
         unsigned left = 0;
         for (TOVA_List<Leaver>::Iterator at = list->begin(); at != list->end(); ++at)
             ++left;
-        *story += std::to_string(list->count()) + "/" + std::to_string(left) + " ";
+        *story += std::to_string(number) + ": " + std::to_string(list->count()) + "/" +
+                  std::to_string(left) + "; ";
     }
 };
 
@@ -259,11 +263,11 @@ TEST(TOVA_List, AnElementIsUnlinkedBeforeItIsDestroyed)
     {
         TOVA_List<Leaver> list;
         for (int i = 0; i < 4; ++i)
-            list.append(Leaver(list, story));
+            list.append(Leaver(list, story, i));
         list.remove(list.begin());
-        EXPECT_EQ("3/3 ", story);
+        EXPECT_EQ("0: 3/3; ", story);
     }
-    EXPECT_EQ("3/3 2/2 1/1 0/0 ", story);
+    EXPECT_EQ("0: 3/3; 1: 2/2; 2: 1/1; 3: 0/0; ", story);
 }
 
 // The object itself is the sentinel: the link to the last node, the link to the first.

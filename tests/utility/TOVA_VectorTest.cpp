@@ -48,6 +48,15 @@ TEST(TOVA_Vector, AppendingGrowsByTheStep)
         EXPECT_EQ(String().format("%u", i), vector[i]);
 }
 
+TEST(TOVA_Vector, AppendingAsksForOneMoreThanThereAre)
+{
+    Strings vector(1);
+    for (std::uint32_t capacity : {2u, 2u, 4u, 4u, 6u, 6u}) {
+        vector.append("x");
+        EXPECT_EQ(capacity, vector.capacity());
+    }
+}
+
 TEST(TOVA_Vector, EnlargesToTheNextMultipleAbove)
 {
     struct Case
@@ -112,6 +121,24 @@ TEST(TOVA_Vector, AccessPastTheEndExtends)
     EXPECT_EQ(21u, vector.count());
     EXPECT_EQ(24u, vector.capacity());
     EXPECT_STREQ("far", vector[20].cString());
+}
+
+// Room is made for the index and one more; so an index just before a step takes two.
+TEST(TOVA_Vector, AccessAtTheEdgeOfAStep)
+{
+    struct Case
+    {
+        std::uint32_t index;
+        std::uint32_t capacity;
+    };
+    for (Case const& c : {Case{0, 8}, Case{6, 8}, Case{7, 16}, Case{8, 16}, Case{14, 16},
+                          Case{15, 24}, Case{16, 24}}) {
+        SCOPED_TRACE(c.index);
+        Strings vector(8);
+        EXPECT_TRUE(vector[c.index].isEmpty());
+        EXPECT_EQ(c.index + 1, vector.count());
+        EXPECT_EQ(c.capacity, vector.capacity());
+    }
 }
 
 TEST(TOVA_Vector, AccessWithinChangesNothing)

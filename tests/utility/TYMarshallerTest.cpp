@@ -1,4 +1,5 @@
 #include <cstring>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -65,7 +66,8 @@ TEST_P(AnyLength, KeepsTheOrderOfAppending)
     for (std::uint32_t i = 0; i < GetParam(); ++i)
         EXPECT_EQ(i, marshaller.word(i));
     EXPECT_EQ(0u, marshaller.word(GetParam()));
-    EXPECT_EQ(0u, marshaller.word(0x40000000)); // beyond every size in bytes
+    for (std::uint32_t i = 0; i < GetParam(); ++i)
+        EXPECT_EQ(0u, marshaller.word(0x40000000 + i)); // four times that begins anew
     EXPECT_EQ(0u, marshaller.word(4294967295u));
 }
 
@@ -156,6 +158,19 @@ TEST(TYMarshaller, AppendsBytes)
     marshaller.copyOnWrite().addTail(nullptr, 0);
     EXPECT_EQ(16u, marshaller.buffer().size());
     EXPECT_EQ(0, std::memcmp("abcdefghijklmnop", marshaller.buffer().data(), 16));
+}
+
+TEST(TYMarshaller, GrowsByteForByte)
+{
+    TYMarshaller marshaller;
+    std::string expected;
+    for (unsigned i = 0; i < 200; ++i) {
+        const char byte = static_cast<char>('a' + i % 26);
+        marshaller.copyOnWrite().addTail(&byte, 1);
+        expected += byte;
+        ASSERT_EQ(expected, std::string(static_cast<char const*>(marshaller.buffer().data()),
+                                        marshaller.buffer().size()));
+    }
 }
 
 TEST(TYMarshaller, WordsNeedFourBytes)

@@ -201,10 +201,11 @@ TEST(LockedAccess, OfTYPtrIsUnlocked)
     EXPECT_EQ(7, pointer->work());
     EXPECT_EQ(7, constant->work());
     EXPECT_EQ("work;work;", lock.story());
-    const LockRecord record = pointer.getLock();
-    EXPECT_EQ(pointer.get(), record.object);
-    EXPECT_EQ(nullptr, record.lock);
-    EXPECT_FALSE(record.held);
+    for (LockRecord const& record : {pointer.getLock(), constant.getLock()}) {
+        EXPECT_EQ(pointer.get(), record.object);
+        EXPECT_EQ(nullptr, record.lock);
+        EXPECT_FALSE(record.held);
+    }
 }
 
 TEST(LockedAccess, OfTYPPtrHoldsTheObjectsLock)
@@ -216,11 +217,11 @@ TEST(LockedAccess, OfTYPPtrHoldsTheObjectsLock)
     EXPECT_EQ("lock;locked work;unlock;", lock.story());
     constant->work();
     EXPECT_EQ("lock;locked work;unlock;lock;locked work;unlock;", lock.story());
-    const LockRecord record = constant.getLock();
-    EXPECT_EQ(pointer.get(), record.object);
-    EXPECT_EQ(&lock, record.lock);
-    EXPECT_FALSE(record.held);
-    EXPECT_EQ(&lock, pointer.getLock().lock);
+    for (LockRecord const& record : {pointer.getLock(), constant.getLock()}) {
+        EXPECT_EQ(pointer.get(), record.object);
+        EXPECT_EQ(&lock, record.lock);
+        EXPECT_FALSE(record.held);
+    }
 }
 
 TEST(LockedAccess, OfTYPPtrEndsWithAnException)
