@@ -29,16 +29,14 @@ const NotifyMethod TELL_REMOVED = &IChannelGroupObserver::onTimeslotsRemoved;
 
 /// The event of a change: the mask before, the mask after, the bits changed. Three words fit into
 /// the event itself, so that making it cannot fail.
-struct TimeslotChange : Event
+Event changeEvent(IChannelGroup* group, std::uint32_t before, std::uint32_t after,
+                  std::uint32_t changed)
 {
-    TimeslotChange(IChannelGroup* group, std::uint32_t before, std::uint32_t after,
-                   std::uint32_t changed)
-        : Event(group)
-    {
-        for (std::uint32_t word : {before, after, changed})
-            data.copyOnWrite().addTail(&word, sizeof word);
-    }
-};
+    Event event(group);
+    for (std::uint32_t word : {before, after, changed})
+        event.data.copyOnWrite().addTail(&word, sizeof word);
+    return event;
+}
 
 } // namespace
 
@@ -114,7 +112,7 @@ XCode CChannelGroup::addTimeslots(String& message, std::uint32_t added)
             logDebug(0, "%s:   Notify observers: onTimeslotsAdded(%8.8lx->%8.8lx: %8.8lx)",
                      name_.cString(), printable(before), printable(before | added),
                      printable(added));
-            const TimeslotChange event(this, before, before | added, added);
+            const Event event = changeEvent(this, before, before | added, added);
             return observers_.broadcastDoEvent(message, event, ASK_ADDED, TELL_ADDED, stop);
         },
         [&] { withdraw(added, stop); });
@@ -131,7 +129,7 @@ void CChannelGroup::withdraw(std::uint32_t added, Observers::Stop const& stop)
     const std::uint32_t after = timeslots_;
     logDebug(0, "%s:   Notify observers: onTimeslotsRemoved(%8.8lx->%8.8lx: %8.8lx)",
              name_.cString(), printable(before), printable(after), printable(withdrawn));
-    const TimeslotChange event(this, before, after, withdrawn);
+    const Event event = changeEvent(this, before, after, withdrawn);
     observers_.broadcastUndoEvent(event, TELL_REMOVED, stop);
 }
 
@@ -172,7 +170,7 @@ XCode CChannelGroup::tellCurrent(String& message, IChannelGroupObserver* observe
     const std::uint32_t current = timeslots_;
     logDebug(0, "%s:   Notify observer '%p': onTimeslotsAdded(%8.8lx->%8.8lx: %8.8lx)",
              name_.cString(), address, printable(0), printable(current), printable(current));
-    TimeslotChange event(this, 0, current, current);
+    Event event = changeEvent(this, 0, current, current);
     if (veto)
         return observer->onTimeslotsAdded(message, event);
     observer->onTimeslotsAdded(event);
@@ -192,7 +190,7 @@ void CChannelGroup::removeChannelGroupObserver(IChannelGroupObserver* observer, 
     const std::uint32_t current = timeslots_;
     logDebug(0, "%s:   Notify observer '%p': onTimeslotsRemoved(%8.8lx->%8.8lx: %8.8lx)",
              name_.cString(), address, printable(current), printable(0), printable(current));
-    TimeslotChange event(this, current, 0, current);
+    Event event = changeEvent(this, current, 0, current);
     observer->onTimeslotsRemoved(event);
 }
 
