@@ -92,6 +92,7 @@ const BadCase BAD[] = {
     {"1-4294967298", OUT_OF_RANGE},
     // The range of both ends is checked before their order.
     {"40-2", OUT_OF_RANGE},
+    {"32-2", OUT_OF_RANGE},
     {"40-40", OUT_OF_RANGE},
     {"5-40", OUT_OF_RANGE},
     {"40-41", OUT_OF_RANGE},
