@@ -16,7 +16,8 @@ function(drvrepo_settings target)
     endif()
 endfunction()
 
-# A library that exports only what its headers mark with <NAME>_EXPORT.
+# A library that exports only what <name>.map beside its CMakeLists.txt lists, of what its headers
+# mark with <NAME>_EXPORT.
 function(drvrepo_add_library name)
     string(TOUPPER ${name} upper)
     add_library(${name} ${ARGN})
@@ -33,9 +34,12 @@ function(drvrepo_add_library name)
     target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
     if(BUILD_SHARED_LIBS)
         target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,--as-needed)
-        # The sanitizer's run-time functions are in the executable, not in the library.
+        # The sanitizer's run-time functions are in the executable, not in the library; and it adds
+        # symbols of its own.
         if(NOT DRVREPO_SANITIZE)
-            target_link_options(${name} PRIVATE -Wl,--no-undefined)
+            set(map ${CMAKE_CURRENT_SOURCE_DIR}/${name}.map)
+            target_link_options(${name} PRIVATE -Wl,--no-undefined -Wl,--version-script=${map})
+            set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${map})
         endif()
     endif()
 endfunction()
