@@ -16,6 +16,7 @@
 class DRVREPO_EXPORT CDriver : public IDriver
 {
 public:
+    /// Of type `did`, under the name `name`, in no repository.
     CDriver(TOVA_UUID const& did, String const& name);
     ~CDriver() override;
 

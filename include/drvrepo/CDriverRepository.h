@@ -37,28 +37,43 @@ public:
     class DRVREPO_EXPORT ListenerWrapper
     {
     public:
+        /// No listener, inactive, recorded once.
         ListenerWrapper() = default;
         /// Refers to a listener, which it does not own; recorded once.
         ListenerWrapper(Listener* listener, bool active) : listener_(listener), active_(active) {}
+        /// @{
+        /// Copies refer to the same listener.
         ListenerWrapper(ListenerWrapper const&) = default;
         ListenerWrapper& operator=(ListenerWrapper const&) = default;
+        /// @}
         ~ListenerWrapper() { listener_ = nullptr; }
 
+        /// @{
+        /// The listener, not owned.
         Listener* listener() const { return listener_; }
         Listener* operator->() const { return listener_; }
+        /// @}
 
+        /// @{
         /// In a driver's list: whether the listener is told about the driver.
         bool isActive() const { return active_; }
         void activate() { active_ = true; }
         void deactivate() { active_ = false; }
+        /// @}
 
         /// Whether the listener is recorded at least once.
         bool isValid() const { return refCount_ > 0; }
+        /// How often the listener is recorded.
         std::int32_t getRefCount() const { return refCount_; }
+        /// @{
+        /// Records the listener once or `n` times more; returns the count.
         std::int32_t incRef() { return incRef(1); }
         std::int32_t incRef(int n) { return refCount_ += n; }
+        /// @}
+        /// @{
+        /// Records it less often and returns the count. Deactivates when that becomes exactly 0;
+        /// one that falls below leaves that alone.
         std::int32_t decRef() { return decRef(1); }
-        /// Deactivates when the count becomes exactly 0; one that falls below leaves that alone.
         std::int32_t decRef(int n)
         {
             refCount_ -= n;
@@ -66,6 +81,7 @@ public:
                 active_ = false;
             return refCount_;
         }
+        /// @}
 
     private:
         friend class DriverWrapper;
@@ -76,6 +92,7 @@ public:
         std::int32_t refCount_ = 1;
     };
 
+    /// Empty, bound to `loop`, whose lock it hands out; the loop must outlive it.
     explicit CDriverRepository(TYEventLoop& loop);
     ~CDriverRepository() override;
 

@@ -21,6 +21,7 @@ class InfoContainer;
 class DRVREPO_EXPORT CDriverRepository::DriverWrapper
 {
 public:
+    /// No repository, no driver.
     DriverWrapper();
     /// Takes a reference on `driver`; both may be null.
     DriverWrapper(IDriverRepository* repository, IDriver* driver);
@@ -30,8 +31,11 @@ public:
 
     /// The driver, without a reference for the caller.
     IDriver* getDriver() const { return driver_.get(); }
+    /// @{
+    /// What the driver itself says.
     String const& getDriverName() const;
     TOVA_UUID const& getDID() const;
+    /// @}
 
     /// Whether the listener's criteria select the driver now.
     bool talksTo(Listener const* l) const;
@@ -63,11 +67,16 @@ public:
     /// Tells the listener that the attachments go, last to first, as if `key` still had `value`.
     void snapshotFinal(Listener* l, String const& key, String const& value);
 
+    /// @{
+    /// Tells one listener one thing: logs it, counts it and calls the delegate. A refusal is
+    /// returned only if the listener has the right of veto; nothing is undone. A listener without
+    /// a delegate is passed over.
     XCode notifyOnDriverAdded(String& error, Listener* l);
     void notifyOnDriverRemoved(Listener* l);
     XCode notifyOnDriverAttachmentSet(String& error, Listener* l, String const& key,
                                       String const& value);
     void notifyOnDriverAttachmentCleared(Listener* l, String const& key, String const& value);
+    /// @}
 
     /// The value of an attachment, empty when there is none; good until that is changed.
     String const& getAttachment(String const& key) const;
@@ -77,6 +86,8 @@ public:
     /// refused; the key is left cleared then. Success empties `error`.
     XCode setAttachment(String& error, String const& key, String const& value);
 
+    /// Adds rows for the driver, its attachments, what it says of itself (if it offers IInfo) and
+    /// its active listeners. The arguments are those of IInfo::getInfo.
     InfoContainer& getInfo(InfoContainer& info, unsigned int maxDepth, unsigned int depth,
                            unsigned int maxDetail, unsigned int detail, String const& prefix) const;
 

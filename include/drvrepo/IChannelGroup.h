@@ -21,9 +21,11 @@ class IChannelGroupObserver;
 class DRVREPO_EXPORT IChannelGroup : public IUnknown
 {
 public:
+    /// What the observer framework tells.
     using Observer = IChannelGroupObserver;
     class EvTimeslot;
 
+    /// The identifier of IChannelGroup.
     static TOVA_UUID const& IID();
 
     static const char D_CHANNEL_DEFAULT_NAME[];  ///< "D-CHANNEL"
@@ -38,6 +40,7 @@ public:
     /// or not, is told that all present timeslots were removed.
     virtual void removeChannelGroupObserver(IChannelGroupObserver* observer,
                                             bool notifyCurrent) = 0;
+    /// The mask as it stands.
     virtual unsigned int getTimeslots() const = 0;
     /// Adds and then removes what `requested` differs by. A refused addition is withdrawn, its
     /// reason stands in `message`; removals are carried out all the same.
@@ -57,12 +60,16 @@ public:
 class DRVREPO_EXPORT IChannelGroup::EvTimeslot : public ObserverEvent<IChannelGroup>
 {
 public:
+    /// No group, no timeslots.
     EvTimeslot();
     /// Takes a reference on `group`, which may be null.
     EvTimeslot(IChannelGroup* group, unsigned int oldTimeslots, unsigned int newTimeslots,
                unsigned int changedTimeslots);
+    /// @{
+    /// Copies share the group, each with a reference of its own.
     EvTimeslot(EvTimeslot const&) = default;
     EvTimeslot& operator=(EvTimeslot const&) = default;
+    /// @}
     ~EvTimeslot() override;
     EvTimeslot* clone() const override;
 

@@ -21,6 +21,7 @@ class IDriverRepository;
 class DRVREPO_EXPORT IDriver : public IUnknown
 {
 public:
+    /// The identifier of IDriver.
     static TOVA_UUID const& IID();
     /// The class of driver proxies, the caller's side of a remoted driver.
     static TOVA_UUID const& CID_PROXY();
@@ -51,12 +52,13 @@ public:
     class DRVREPO_EXPORT Port
     {
     public:
+        /// What a port is, as a number.
         enum Type : unsigned int {
-            TYPE_UNKNOWN = 0,
-            TYPE_E1T1 = 1,
-            TYPE_BRI = 2,
-            TYPE_FXS = 3,
-            TYPE_FXO = 4
+            TYPE_UNKNOWN = 0, ///< none of these
+            TYPE_E1T1 = 1,    ///< a primary-rate line, E1 or T1
+            TYPE_BRI = 2,     ///< a basic-rate line
+            TYPE_FXS = 3,     ///< an analogue port that a telephone is plugged into
+            TYPE_FXO = 4      ///< an analogue port that is plugged into a line
         };
 
         static char const* const E1T1; ///< "e1t1"

@@ -30,11 +30,14 @@ template <class T> class ObserverDelegate;
 class DRVREPO_EXPORT IDriverRepository : public IUnknown
 {
 public:
+    /// What the observer framework tells.
     using Observer = IDriverRepositoryObserver;
+    /// Attachments by key; as a criterion, beginnings of their values.
     using Attributes = TOVA_StringHashTable<String>;
     class EvDriver;
     class EvAttachment;
 
+    /// The identifier of IDriverRepository.
     static TOVA_UUID const& IID();
 
     /// Registers a listener and offers it every driver that is there, the oldest first.
@@ -54,10 +57,13 @@ public:
                                 TOVA_UUID const& interfaceId, String const& driverNamePattern,
                                 unsigned int priority, bool rightOfVeto, bool snapshot,
                                 ObserverDelegate<IDriverRepository>* delegate) = 0;
+    /// The same for drivers whose attachments begin with the values of `attributes`, of which a
+    /// copy is kept; an empty value sets no condition.
     virtual XCode addDriverRepositoryObserver(
         String& error, String const& name, TOVA_UUID const& classId, TOVA_UUID const& interfaceId,
         String const& driverNamePattern, Attributes const& attributes, unsigned int priority,
         bool rightOfVeto, bool snapshot, IDriverRepositoryObserver* observer) = 0;
+    /// The same with attributes and a delegate.
     virtual XCode addDriverRepositoryObserver(
         String& error, String const& name, TOVA_UUID const& classId, TOVA_UUID const& interfaceId,
         String const& driverNamePattern, Attributes const& attributes, unsigned int priority,
@@ -73,22 +79,26 @@ public:
     /// Fails as `getDriver` or the driver's `queryInterface` do.
     virtual XCode getDriverInterface(String const& name, TOVA_UUID const& iid, void** object) = 0;
 
-    // The list queries empty the list first and return it. They select by driver type (INVALID:
-    // any), by the beginning of the name, and by beginnings of attachment values (an empty one sets
-    // no condition), in the order in which the drivers were added. Elements hold a reference each.
-
+    /// @{
+    /// Empties the list, fills it with the drivers that are selected, and returns it. Selected is
+    /// by driver type (INVALID: any), by the beginning of the name, and by beginnings of attachment
+    /// values (an empty one sets no condition). They stand in the order in which they were added,
+    /// each element with a reference.
     virtual TOVA_List<TYPPtr<IDriver>>& getDrivers(TOVA_UUID const& did, String const& pattern,
                                                    TOVA_List<TYPPtr<IDriver>>& drivers) = 0;
     virtual TOVA_List<TYPPtr<IDriver>>& getDrivers(TOVA_UUID const& did, String const& pattern,
                                                    Attributes const& attributes,
                                                    TOVA_List<TYPPtr<IDriver>>& drivers) = 0;
-    /// The interface `iid` of every selected driver that has it.
+    /// @}
+    /// @{
+    /// The same with the interface `iid` of every selected driver that has it.
     virtual TOVA_List<TYPPtr<IUnknown>>&
     getDriverInterfaces(TOVA_UUID const& did, String const& pattern, TOVA_UUID const& iid,
                         TOVA_List<TYPPtr<IUnknown>>& interfaces) = 0;
     virtual TOVA_List<TYPPtr<IUnknown>>&
     getDriverInterfaces(TOVA_UUID const& did, String const& pattern, Attributes const& attributes,
                         TOVA_UUID const& iid, TOVA_List<TYPPtr<IUnknown>>& interfaces) = 0;
+    /// @}
 
     /// Takes a driver in under the name that it reports, and offers it to the listeners. Fails
     /// when the driver is null, the name is taken or a listener refuses; all is as before then.
@@ -96,6 +106,7 @@ public:
     /// Removes the driver registered under the name that `driver` reports, whichever object that
     /// is, and tells `driver` that it is in no repository. Null or an unknown name do nothing.
     virtual void removeDriver(IDriver* driver) = 0;
+    /// Removes the driver of that name. An unknown name does nothing.
     virtual void removeDriver(String const& name) = 0;
 
     /// An attachment's value in `value`; empty when driver or key are unknown.
@@ -107,6 +118,7 @@ public:
     /// value is gone, then the new one. After a refusal the key is left cleared.
     virtual XCode setDriverAttachment(String& error, IDriver* driver, String const& key,
                                       String const& value) = 0;
+    /// The same by the driver's name; -1 when there is no such driver.
     virtual XCode setDriverAttachment(String& error, String const& driverName, String const& key,
                                       String const& value) = 0;
 
@@ -120,27 +132,34 @@ class DRVREPO_EXPORT IDriverRepository::EvDriver : public ObserverEvent<IDriverR
 public:
     /// Takes references on both, which may be null.
     EvDriver(IDriverRepository* repository, IDriver* driver);
+    /// @{
+    /// Copies take references of their own.
     EvDriver(EvDriver const&) = default;
     EvDriver& operator=(EvDriver const&) = default;
+    /// @}
     ~EvDriver() override;
     EvDriver* clone() const override;
 
-    TYPtr<IDriver> driver;
+    TYPtr<IDriver> driver; ///< the one concerned
 };
 
 /// An attachment has a new value (`value` is that) or lost one (`value` is what went away).
 class DRVREPO_EXPORT IDriverRepository::EvAttachment : public IDriverRepository::EvDriver
 {
 public:
+    /// Takes references on repository and driver, which may be null.
     EvAttachment(IDriverRepository* repository, IDriver* driver, String const& key,
                  String const& value);
+    /// @{
+    /// Copies take references of their own.
     EvAttachment(EvAttachment const&) = default;
     EvAttachment& operator=(EvAttachment const&) = default;
+    /// @}
     ~EvAttachment() override;
     EvAttachment* clone() const override;
 
-    String key;
-    String value;
+    String key;   ///< of the attachment
+    String value; ///< that came or went
 };
 
 #endif

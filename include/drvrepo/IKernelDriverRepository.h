@@ -10,6 +10,7 @@
 class DRVREPO_EXPORT IKernelDriverRepository : public IUnknown
 {
 public:
+    /// The identifier of IKernelDriverRepository.
     static TOVA_UUID const& IID();
 
     /// Method identifiers, for tracing and marshalling.

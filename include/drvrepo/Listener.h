@@ -11,14 +11,15 @@
 class DRVREPO_EXPORT CDriverRepository::Listener
 {
 public:
+    /// What stands between the listener and its observer.
     using Delegate = ObserverDelegate<IDriverRepository>;
 
     /// The notifications that are counted, in the order of the counters.
     enum Notification : unsigned int {
-        DRIVER_ADDED,
-        DRIVER_REMOVED,
-        ATTACHMENT_SET,
-        ATTACHMENT_CLEARED
+        DRIVER_ADDED,      ///< onDriverAdded
+        DRIVER_REMOVED,    ///< onDriverRemoved
+        ATTACHMENT_SET,    ///< onDriverAttachmentSet
+        ATTACHMENT_CLEARED ///< onDriverAttachmentCleared
     };
 
     /// Empty criteria, no delegate.
@@ -28,10 +29,16 @@ public:
     Listener(String const& name, TOVA_UUID const& classId, TOVA_UUID const& interfaceId,
              String const& driverNamePattern, Attributes const& attributes, unsigned int priority,
              bool rightOfVeto, bool snapshotFlag, Delegate* delegate);
+    /// @{
+    /// Copies criteria, rights and counters, and takes a reference on the delegate; the copy is
+    /// not registered.
     Listener(Listener const& other);
     Listener& operator=(Listener const& other);
+    /// @}
     ~Listener();
 
+    /// @{
+    /// As given to the constructor.
     String const& name() const { return name_; }
     TOVA_UUID const& did() const { return classId_; }
     TOVA_UUID const& iid() const { return interfaceId_; }
@@ -40,11 +47,13 @@ public:
     std::uint32_t priority() const { return priority_; }
     bool hasRightOfVeto() const { return rightOfVeto_; }
     bool wantsSnapshot() const { return snapshotFlag_; }
+    /// @}
     /// Not counted for the caller; null when the listener has none.
     Delegate* delegate() const { return delegate_.get(); }
 
     /// How many notifications of a kind were attempted.
     std::uint32_t count(Notification kind) const { return counts_[kind]; }
+    /// Counts one more.
     void addCount(Notification kind) { ++counts_[kind]; }
 
     /// When the repository took the listener in; 0 for one that it doesn't know.

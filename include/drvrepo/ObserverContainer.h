@@ -21,24 +21,33 @@
 template <class T> class ObserverContainer
 {
 public:
+    /// @{
+    /// Short for what `T` says.
     using TObserver = typename T::Observer;
     using Event = ObserverEvent<T>;
     using Delegate = ObserverDelegate<T>;
     using DoMethod = XCode (TObserver::*)(String&, Event&);
     using NotifyMethod = void (TObserver::*)(Event&);
+    /// @}
 
     /// One registration.
     class Wrapper
     {
     public:
+        /// A dead one.
         Wrapper() = default;
+        /// A live one, counted once; takes over the reference that `delegate` holds.
         Wrapper(TYPtr<Delegate> delegate, std::uint32_t priority, bool veto)
             : delegate_(std::move(delegate)), priority_(priority), veto_(veto), count_(1)
         {}
 
+        /// @{
+        /// As registered; a dead entry has no delegate any more.
         Delegate* delegate() const { return delegate_.get(); }
         std::uint32_t priority() const { return priority_; }
         bool hasVeto() const { return veto_; }
+        /// @}
+        /// Whether anybody still registers it; dead entries are skipped, and freed later.
         bool isLive() const { return count_ >= 1; }
         /// Whether this is a live registration of that observer.
         bool isOf(TObserver const* observer) const
@@ -56,19 +65,21 @@ public:
         std::uint32_t informed_ = 0; // how many of the broadcasts under way it need not be told
     };
 
+    /// Where an entry stands.
     using Place = typename TOVA_List<Wrapper>::Iterator;
 
     /// Where a broadcast ended early.
     struct Stop
     {
-        Place place;
-        TYPtr<Delegate> delegate; // of the entry there, also when that has died
+        Place place;              ///< of the entry that was asked last
+        TYPtr<Delegate> delegate; ///< of the entry there, also when that has died
     };
 
     /// Counts a broadcast for the length of a scope.
     class BusyScope
     {
     public:
+        /// The container must outlive the scope.
         explicit BusyScope(ObserverContainer& container) : container_(container)
         {
             ++container_.busy_;

@@ -17,13 +17,17 @@
 template <class T> class ObserverDelegate
 {
 public:
+    /// The interface of `T`'s observers.
     using TObserver = typename T::Observer;
 
+    /// Forwards to `observer`, which may be null.
     explicit ObserverDelegate(TObserver* observer) : observer_(observer) {}
     ObserverDelegate(ObserverDelegate const&) = delete;
     ObserverDelegate& operator=(ObserverDelegate const&) = delete;
 
+    /// Takes a further reference.
     virtual void addRef() { refs_.increment(); }
+    /// Gives a reference back; the last one deletes the delegate.
     virtual void release()
     {
         if (refs_.decrement())

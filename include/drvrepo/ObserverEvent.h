@@ -13,6 +13,7 @@
 template <std::size_t SIZE> class SpareBlock
 {
 public:
+    /// Of the block, in bytes.
     static constexpr std::size_t size() { return SIZE; }
 
     SpareBlock() = default;
@@ -26,6 +27,7 @@ public:
         void* const kept = block_.exchange(nullptr);
         return kept != nullptr ? kept : ::operator new(SIZE);
     }
+    /// Keeps the block, or frees it when one is kept already.
     void giveBack(void* block) noexcept
     {
         void* none = nullptr;
@@ -46,10 +48,13 @@ private:
 template <class T> class ObserverEvent
 {
 public:
+    /// From nobody, without values.
     ObserverEvent() = default;
     /// Takes a reference on `subject`, which may be null.
     explicit ObserverEvent(T* subject) : source(TYPtr<T>::share(subject)) {}
+    /// Takes a reference of its own on the subject.
     ObserverEvent(ObserverEvent const&) = default;
+    /// The same; the reference held before is given back.
     ObserverEvent& operator=(ObserverEvent const&) = default;
     virtual ~ObserverEvent() = default;
 
@@ -60,11 +65,12 @@ public:
     /// Sees to it that one event can be cloned without asking for memory. Failure: std::bad_alloc.
     static void reserve() { spare().giveBack(spare().take()); }
 
-    // A broadcast needs one clone at a time, so one block serves them all.
+    /// A broadcast needs one clone at a time, so one block serves them all.
     static void* operator new(std::size_t size)
     {
         return size == sizeof(ObserverEvent) ? spare().take() : ::operator new(size);
     }
+    /// Keeps the block for the next.
     static void operator delete(void* block, std::size_t size) noexcept
     {
         if (size == sizeof(ObserverEvent))
@@ -73,8 +79,8 @@ public:
             ::operator delete(block);
     }
 
-    TYPtr<T> source;
-    TYMarshaller data;
+    TYPtr<T> source;   ///< the subject that sends
+    TYMarshaller data; ///< the values, in the subject's order
 
 private:
     // The size of the event: its virtual table, the subject, the data.

@@ -10,6 +10,7 @@ class InfoContainer;
 class UTILITY_EXPORT IInfo : public IUnknown
 {
 public:
+    /// The identifier of IInfo.
     static TOVA_UUID const& IID();
 
     /// Adds the object's rows to `info` and returns it. `depth` and `detail` are the nesting depth

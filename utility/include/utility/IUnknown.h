@@ -19,7 +19,9 @@ public:
     /// caller and returns code 0; otherwise stores null and returns -1. `out` may be null: then
     /// nothing is stored and no reference added.
     virtual XCode queryInterface(TOVA_UUID const& iid, void** out) = 0;
+    /// Takes a further reference.
     virtual void addRef() = 0;
+    /// Gives a reference back; the last one destroys the object.
     virtual void release() = 0;
     /// The lock that guards this object, not owned by the caller; null when there is none.
     virtual Lock* getLock();

@@ -15,6 +15,7 @@ public:
 
     /// Waits for the lock. The code is for implementations that can fail; callers go on anyway.
     virtual XCode lock() = 0;
+    /// Gives the lock back.
     virtual void unlock() = 0;
     virtual ~Lock();
 };
@@ -32,6 +33,7 @@ struct LockRecord
 class LockScope
 {
 public:
+    /// Takes `lock`, unless that is null.
     explicit LockScope(Lock* lock) : lock_(lock)
     {
         if (lock_ != nullptr)

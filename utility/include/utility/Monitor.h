@@ -10,8 +10,8 @@
 namespace RTD
 {
 
-constexpr int LEVEL_ERROR = 3;
-constexpr int LEVEL_DEBUG = 7;
+constexpr int LEVEL_ERROR = 3; ///< of lines that tell of failures
+constexpr int LEVEL_DEBUG = 7; ///< of all other lines
 
 /// Takes log lines. Derive from it to write them somewhere.
 /// Locking: the sink's own affair; the ready-made ones may be used from several threads.
@@ -24,8 +24,11 @@ public:
     Monitor& operator=(Monitor const&) = delete;
     virtual ~Monitor();
 
+    /// @{
+    /// Up to which verbosity debug lines are wanted.
     std::int32_t threshold() const { return threshold_; }
     void setThreshold(std::int32_t threshold) { threshold_ = threshold; }
+    /// @}
 
     /// Writes one line, formatted as by printf, at a level (3 error, 7 debug). No line end is
     /// expected in `fmt`.
@@ -44,6 +47,7 @@ private:
 class UTILITY_EXPORT FileMonitor : public Monitor
 {
 public:
+    /// Writes to `file`, which must outlive it.
     explicit FileMonitor(std::FILE* file, std::int32_t threshold = 0)
         : Monitor(threshold), file_(file)
     {}

@@ -22,11 +22,13 @@ public:
     AtomicRefCount(AtomicRefCount const&) = delete;
     AtomicRefCount& operator=(AtomicRefCount const&) = delete;
 
+    /// Counts one reference more.
     void increment() { change(1); }
 
     /// Returns true for the caller that gave back the last reference.
     bool decrement() { return change(-1) == 0; }
 
+    /// The count at this moment.
     std::int32_t value() const { return count_.load(std::memory_order_acquire); }
 
 private:
@@ -51,11 +53,13 @@ public:
     PlainRefCount(PlainRefCount const&) = delete;
     PlainRefCount& operator=(PlainRefCount const&) = delete;
 
+    /// Counts one reference more.
     void increment() { ++count_; }
 
     /// Returns true for the caller that gave back the last reference.
     bool decrement() { return --count_ == 0; }
 
+    /// The count.
     std::int32_t value() const { return count_; }
 
 private:

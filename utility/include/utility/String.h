@@ -33,13 +33,19 @@ public:
         /// A buffer with room for `length` characters and one reference, the text not yet set.
         static StringBuffer* create(std::size_t length);
 
+        /// @{
+        /// Counts references; the last one given back frees the buffer.
         void addRef();
         void release();
-
         std::int32_t references() const { return refs_.value(); }
+        /// @}
+        /// Number of characters, without the closing NUL.
         std::uint32_t length() const { return length_; }
+        /// @{
+        /// The characters.
         char* text() { return reinterpret_cast<char*>(this + 1); }
         char const* text() const { return reinterpret_cast<char const*>(this + 1); }
+        /// @}
 
     private:
         friend class String;
@@ -57,6 +63,7 @@ public:
     template <std::size_t SIZE> class StaticText
     {
     public:
+        /// Copies a literal, at compile time.
         constexpr explicit StaticText(char const (&text)[SIZE]) : buffer_(SIZE - 1), text_()
         {
             for (std::size_t i = 0; i < SIZE; ++i)
@@ -70,15 +77,22 @@ public:
         char text_[SIZE];
     };
 
+    /// The empty text; allocates nothing.
     String() noexcept;
+    /// @{
+    /// Shares the text of `other`, or takes it over.
     String(String const& other) noexcept : buffer_(other.buffer_) { buffer_->addRef(); }
     String(String&& other) noexcept;
+    /// @}
+    /// A copy of a C text.
     String(char const* text);
     /// A copy of the `count` characters of `text` from position `start`, NULs included; the
     /// caller vouches that they exist. A null text, a negative start or count give the empty text.
     String(char const* text, long start, long count);
     ~String() { buffer_->release(); }
 
+    /// @{
+    /// Replaces the text: shares, takes over or copies.
     String& operator=(String const& other) noexcept
     {
         StringBuffer* const old = buffer_;
@@ -95,6 +109,7 @@ public:
         return *this;
     }
     String& operator=(char const* text) { return *this = String(text); }
+    /// @}
 
     /// Refers to a static text; cannot fail.
     template <std::size_t SIZE> String& operator=(StaticText<SIZE>& text) noexcept
@@ -106,9 +121,11 @@ public:
     /// The shared empty string; never destroyed.
     static String const& EMPTY();
 
+    /// The text with a closing NUL, good until the string changes.
     char const* cString() const { return buffer_->text(); }
     /// Number of characters, without the closing NUL.
     long length() const { return static_cast<long>(buffer_->length()); }
+    /// Whether the length is 0.
     bool isEmpty() const { return buffer_->length() == 0; }
 
     /// Appends a string.

@@ -39,8 +39,8 @@ public:
     class Entry : private AllLink, private ChainLink
     {
     public:
-        K const key;
-        V value;
+        K const key; ///< set once and for all
+        V value;     ///< may be changed at any time
 
     private:
         friend class TOVA_HashTable;
@@ -54,20 +54,29 @@ public:
         std::uint32_t mark = 0;
     };
 
+    /// A place in the table, for reading.
     class ConstIterator
     {
     public:
+        /// @{
+        /// As algorithms want them.
         using iterator_category = std::bidirectional_iterator_tag;
         using value_type = Entry;
         using difference_type = std::ptrdiff_t;
         using pointer = Entry const*;
         using reference = Entry const&;
+        /// @}
 
         /// Stands nowhere; may be assigned and compared only.
         ConstIterator() : at_(nullptr) {}
 
+        /// @{
+        /// The entry at this place.
         Entry const& operator*() const { return static_cast<Entry&>(*at_); }
         Entry const* operator->() const { return &static_cast<Entry&>(*at_); }
+        /// @}
+        /// @{
+        /// One entry on or back. Behind the last is the end, and behind that the first again.
         ConstIterator& operator++()
         {
             at_ = at_->next;
@@ -78,26 +87,41 @@ public:
             at_ = at_->prev;
             return *this;
         }
+        /// @}
+        /// @{
+        /// Whether both stand at the same place.
         bool operator==(ConstIterator const& other) const { return at_ == other.at_; }
         bool operator!=(ConstIterator const& other) const { return at_ != other.at_; }
+        /// @}
 
     protected:
         friend class TOVA_HashTable;
+        /// For the table: stands there.
         explicit ConstIterator(AllLink const* at) : at_(const_cast<AllLink*>(at)) {}
 
-        AllLink* at_;
+        AllLink* at_; ///< where it stands
     };
 
+    /// A place in the table, for changing what stands there.
     class Iterator : public ConstIterator
     {
     public:
+        /// @{
+        /// As algorithms want them.
         using pointer = Entry*;
         using reference = Entry&;
+        /// @}
 
+        /// Stands nowhere; may be assigned and compared only.
         Iterator() = default;
 
+        /// @{
+        /// The entry at this place.
         Entry& operator*() const { return static_cast<Entry&>(*this->at_); }
         Entry* operator->() const { return &static_cast<Entry&>(*this->at_); }
+        /// @}
+        /// @{
+        /// One entry on or back.
         Iterator& operator++()
         {
             ConstIterator::operator++();
@@ -108,27 +132,34 @@ public:
             ConstIterator::operator--();
             return *this;
         }
+        /// @}
 
     private:
         friend class TOVA_HashTable;
         explicit Iterator(AllLink* at) : ConstIterator(at) {}
     };
 
+    /// Empty.
     TOVA_HashTable() : count_(0), bucketCount_(0), all_{&all_, &all_} {}
+    /// @{
+    /// Copies the entries, or takes them over.
     TOVA_HashTable(TOVA_HashTable const& other) : TOVA_HashTable()
     {
         for (Entry const& entry : other)
             put(entry.key, entry.value);
     }
     TOVA_HashTable(TOVA_HashTable&& other) noexcept : TOVA_HashTable() { swap(other); }
+    /// @}
     ~TOVA_HashTable() { clear(); }
 
+    /// Replaces all entries.
     TOVA_HashTable& operator=(TOVA_HashTable other) noexcept
     {
         swap(other);
         return *this;
     }
 
+    /// Exchanges the entries of both.
     void swap(TOVA_HashTable& other) noexcept
     {
         std::swap(count_, other.count_);
@@ -139,19 +170,26 @@ public:
         other.closeRing();
     }
 
+    /// @{
+    /// From the first entry to behind the last.
     Iterator begin() { return Iterator(all_.next); }
     Iterator end() { return Iterator(&all_); }
     ConstIterator begin() const { return ConstIterator(all_.next); }
     ConstIterator end() const { return ConstIterator(&all_); }
+    /// @}
 
+    /// Number of entries.
     std::uint32_t count() const { return count_; }
+    /// Whether there is no entry.
     bool isEmpty() const { return count_ == 0; }
     /// Number of buckets on the heap; 0 while the table is small.
     std::uint32_t bucketCount() const { return bucketCount_; }
 
+    /// @{
     /// The entry with this key, `end()` when there is none.
     Iterator find(K const& key) { return Iterator(search(key)); }
     ConstIterator find(K const& key) const { return ConstIterator(search(key)); }
+    /// @}
 
     /// Sets the value of a key, a new entry at the end if there is none, and returns its place.
     Iterator put(K const& key, V value)
@@ -295,6 +333,7 @@ private:
 /// h = h XOR c XOR (h << 5) over the bytes of a text, from 0; so 0 for the empty text.
 struct StringHash
 {
+    /// The hash of a text.
     std::uint32_t operator()(String const& text) const
     {
         std::uint32_t h = 0;
@@ -308,6 +347,7 @@ struct StringHash
 /// Equal when both share a buffer, or have the same length and bytes.
 struct StringCompare
 {
+    /// Whether both are the same text.
     bool operator()(String const& a, String const& b) const { return a.equals(b); }
 };
 

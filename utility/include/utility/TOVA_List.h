@@ -26,20 +26,29 @@ template <class T> class TOVA_List
     };
 
 public:
+    /// A place in the list, for reading.
     class ConstIterator
     {
     public:
+        /// @{
+        /// As algorithms want them.
         using iterator_category = std::bidirectional_iterator_tag;
         using value_type = T;
         using difference_type = std::ptrdiff_t;
         using pointer = T const*;
         using reference = T const&;
+        /// @}
 
         /// Stands nowhere; may be assigned and compared only.
         ConstIterator() : node_(nullptr) {}
 
+        /// @{
+        /// The element at this place.
         T const& operator*() const { return node_->element; }
         T const* operator->() const { return &node_->element; }
+        /// @}
+        /// @{
+        /// One element on or back. Behind the last is the end, and behind that the first again.
         ConstIterator& operator++()
         {
             node_ = node_->next;
@@ -50,26 +59,41 @@ public:
             node_ = node_->prev;
             return *this;
         }
+        /// @}
+        /// @{
+        /// Whether both stand at the same place.
         bool operator==(ConstIterator const& other) const { return node_ == other.node_; }
         bool operator!=(ConstIterator const& other) const { return node_ != other.node_; }
+        /// @}
 
     protected:
         friend class TOVA_List;
+        /// For the list: stands there.
         explicit ConstIterator(Node const* node) : node_(const_cast<Node*>(node)) {}
 
-        Node* node_;
+        Node* node_; ///< where it stands
     };
 
+    /// A place in the list, for changing what stands there.
     class Iterator : public ConstIterator
     {
     public:
+        /// @{
+        /// As algorithms want them.
         using pointer = T*;
         using reference = T&;
+        /// @}
 
+        /// Stands nowhere; may be assigned and compared only.
         Iterator() = default;
 
+        /// @{
+        /// The element at this place.
         T& operator*() const { return this->node_->element; }
         T* operator->() const { return &this->node_->element; }
+        /// @}
+        /// @{
+        /// One element on or back.
         Iterator& operator++()
         {
             ConstIterator::operator++();
@@ -80,27 +104,34 @@ public:
             ConstIterator::operator--();
             return *this;
         }
+        /// @}
 
     private:
         friend class TOVA_List;
         explicit Iterator(Node* node) : ConstIterator(node) {}
     };
 
+    /// Empty.
     TOVA_List() : count_(0) {}
+    /// @{
+    /// Copies the elements, or takes them over.
     TOVA_List(TOVA_List const& other) : TOVA_List()
     {
         for (T const& element : other)
             append(element);
     }
     TOVA_List(TOVA_List&& other) noexcept : TOVA_List() { swap(other); }
+    /// @}
     ~TOVA_List() { clear(); }
 
+    /// Replaces all elements.
     TOVA_List& operator=(TOVA_List other) noexcept
     {
         swap(other);
         return *this;
     }
 
+    /// Exchanges the elements of both.
     void swap(TOVA_List& other) noexcept
     {
         std::swap(sentinel_.prev, other.sentinel_.prev);
@@ -110,12 +141,17 @@ public:
         other.closeRing();
     }
 
+    /// @{
+    /// From the first element to behind the last.
     Iterator begin() { return Iterator(sentinel_.next); }
     Iterator end() { return Iterator(&sentinel_); }
     ConstIterator begin() const { return ConstIterator(sentinel_.next); }
     ConstIterator end() const { return ConstIterator(&sentinel_); }
+    /// @}
 
+    /// Number of elements.
     std::uint32_t count() const { return count_; }
+    /// Whether there is no element.
     bool isEmpty() const { return count_ == 0; }
 
     /// Adds an element at the end and returns its place.

@@ -14,6 +14,7 @@ struct UTILITY_EXPORT TOVA_UUID_Data
     std::int32_t references; ///< -1: static; otherwise how many values refer to the record
     char const* name;        ///< for people; zero-terminated, lives as long as the record
 
+    /// Takes a further reference on a record that is counted.
     void addRef()
     {
         if (references != -1)
@@ -37,6 +38,8 @@ public:
     {
         data_->addRef();
     }
+    /// @{
+    /// Shares the record of `other`.
     TOVA_UUID(TOVA_UUID const& other) : data_(other.data_) { data_->addRef(); }
     TOVA_UUID& operator=(TOVA_UUID const& other)
     {
@@ -45,6 +48,7 @@ public:
         data_ = other.data_;
         return *this;
     }
+    /// @}
     ~TOVA_UUID() { data_->release(); }
 
     /// A new identifier on a counted record of its own; `name` is copied (null: empty).
@@ -54,16 +58,22 @@ public:
     /// The identifier that stands for none; filters read it as "any".
     static TOVA_UUID const& INVALID();
 
+    /// The record, good as long as this identifier.
     TOVA_UUID_Data const& data() const { return *data_; }
+    /// The record's name, for people.
     char const* name() const { return data_->name; }
 
+    /// @{
+    /// The same record, or equal 16 bytes.
     bool operator==(TOVA_UUID const& other) const
     {
         return data_ == other.data_ ||
                std::memcmp(data_->words, other.data_->words, sizeof data_->words) == 0;
     }
     bool operator!=(TOVA_UUID const& other) const { return !(*this == other); }
+    /// @}
 
+    /// The record of "no identifier at all".
     static TOVA_UUID_Data s_uuidDataInvalid;
 
 private:

@@ -18,6 +18,8 @@ template <class T> class TOVA_Vector
 public:
     /// Grows in multiples of `step` elements; a step of 0 counts as 1.
     explicit TOVA_Vector(std::uint32_t step = 8) : step_(step) {}
+    /// @{
+    /// Copies the elements in use, or takes all over; the step goes with them.
     TOVA_Vector(TOVA_Vector const& other) : step_(other.step_)
     {
         if (other.count_ == 0)
@@ -26,14 +28,17 @@ public:
         count_ = other.count_;
     }
     TOVA_Vector(TOVA_Vector&& other) noexcept : step_(other.step_) { swap(other); }
+    /// @}
     ~TOVA_Vector() { delete[] elements_; }
 
+    /// Replaces elements and step.
     TOVA_Vector& operator=(TOVA_Vector other) noexcept
     {
         swap(other);
         return *this;
     }
 
+    /// Exchanges elements and step of both.
     void swap(TOVA_Vector& other) noexcept
     {
         std::swap(elements_, other.elements_);
@@ -42,9 +47,12 @@ public:
         std::swap(step_, other.step_);
     }
 
+    /// Number of elements in use.
     std::uint32_t count() const { return count_; }
+    /// Number of elements that there is room for.
     std::uint32_t capacity() const { return capacity_; }
 
+    /// Adds an element behind the last.
     void append(T element)
     {
         if (count_ == capacity_)
@@ -96,10 +104,13 @@ public:
         return true;
     }
 
+    /// @{
+    /// From the first element to behind the last in use.
     T* begin() { return elements_; }
     T* end() { return elements_ + count_; }
     T const* begin() const { return elements_; }
     T const* end() const { return elements_ + count_; }
+    /// @}
 
 private:
     T& discarded() const

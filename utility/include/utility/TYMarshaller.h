@@ -21,6 +21,7 @@ public:
         /// Appends `size` bytes from `data`, which may lie in this buffer; nothing when null.
         void addTail(void const* data, unsigned size);
 
+        /// Number of bytes.
         unsigned size() const { return size_; }
         /// The bytes, valid until the next change.
         void const* data() const;
@@ -47,9 +48,13 @@ public:
         alignas(std::uint32_t) unsigned char inline_[INLINE_SIZE] = {};
     };
 
+    /// Empty.
     TYMarshaller() = default;
+    /// @{
+    /// The same bytes; a block on the heap is shared.
     TYMarshaller(TYMarshaller const& other) = default;
     TYMarshaller& operator=(TYMarshaller const& other);
+    /// @}
 
     /// Makes the bytes private to this marshaller and returns them for a change.
     Buffer& copyOnWrite();

@@ -10,7 +10,9 @@
 template <class T> class LockedAccess
 {
 public:
+    /// Takes the lock that `record` names.
     LockedAccess(T* object, LockRecord const& record) : object_(object), scope_(record) {}
+    /// The object.
     T* operator->() const { return object_; }
 
 private:
@@ -28,10 +30,13 @@ private:
 template <class T> class TYPtr
 {
 public:
+    /// Null.
     TYPtr() noexcept : object_(nullptr) {}
     /// Takes over the caller's reference on `adopted`.
     explicit TYPtr(T* adopted) noexcept : object_(adopted) {}
+    /// Takes a reference of its own.
     TYPtr(TYPtr const& other) : object_(other.object_) { addRef(); }
+    /// Takes over the reference of `other`.
     TYPtr(TYPtr&& other) noexcept : object_(other.detach()) {}
     virtual ~TYPtr() { reset(); }
 
@@ -43,12 +48,14 @@ public:
         return TYPtr(object);
     }
 
+    /// Takes a reference of its own; that held before is given back last.
     TYPtr& operator=(TYPtr const& other)
     {
         TYPtr copy(other);
         std::swap(object_, copy.object_);
         return *this;
     }
+    /// Takes over the reference of `other`; that held before is given back last.
     TYPtr& operator=(TYPtr&& other)
     {
         TYPtr taken(std::move(other));
@@ -67,8 +74,11 @@ public:
     /// Hands the reference to the caller; the pointer becomes null.
     T* detach() noexcept { return std::exchange(object_, nullptr); }
 
+    /// The object, without a reference for the caller and without any lock.
     T* get() const noexcept { return object_; }
+    /// The same, which must not be null.
     T& operator*() const noexcept { return *object_; }
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return object_ != nullptr; }
     /// Access under the lock that `getLock` names, held until the end of the full expression.
     /// The pointer must not be null.
@@ -79,7 +89,9 @@ public:
         return LockedAccess<T>(object_, getLock());
     }
 
+    /// What `->` holds: no lock.
     virtual LockRecord getLock() const { return {object_, nullptr, false}; }
+    /// The same.
     virtual LockRecord getLock() { return {object_, nullptr, false}; }
 
 private:
@@ -96,12 +108,14 @@ private:
 template <class T> class TYPPtr : public TYPtr<T>
 {
 public:
+    /// Null.
     TYPPtr() noexcept = default;
+    /// Takes over the caller's reference on `adopted`.
     explicit TYPPtr(T* adopted) noexcept : TYPtr<T>(adopted) {}
-    TYPPtr(TYPPtr const&) = default;
-    TYPPtr(TYPPtr&&) noexcept = default;
-    TYPPtr& operator=(TYPPtr const&) = default;
-    TYPPtr& operator=(TYPPtr&&) = default;
+    TYPPtr(TYPPtr const&) = default;            ///< as for TYPtr
+    TYPPtr(TYPPtr&&) noexcept = default;        ///< as for TYPtr
+    TYPPtr& operator=(TYPPtr const&) = default; ///< as for TYPtr
+    TYPPtr& operator=(TYPPtr&&) = default;      ///< as for TYPtr
 
     /// A pointer that takes a further reference on `object`.
     static TYPPtr share(T* object)
@@ -111,7 +125,9 @@ public:
         return TYPPtr(object);
     }
 
+    /// What `->` holds: the lock that the object's own `getLock` returns.
     LockRecord getLock() const override { return record(); }
+    /// The same.
     LockRecord getLock() override { return record(); }
 
 private:

@@ -14,6 +14,7 @@
 class UTILITY_EXPORT XCode
 {
 public:
+    /// Success.
     XCode() noexcept : word_(inlineWord(0)) {}
     /// A code without a message; allocates only where the code does not fit into the word
     /// (outside -2^30 .. 2^30-1 on 32-bit machines).
@@ -21,16 +22,20 @@ public:
     {}
     /// A code with a message; always allocates.
     XCode(std::int32_t code, String const& message) : word_(record(code, message)) {}
+    /// @{
+    /// The same code and message; a record is copied, or taken over.
     XCode(XCode const& other)
         : word_(other.isRecord() ? record(other.code(), other.message()) : other.word_)
     {}
     XCode(XCode&& other) noexcept : word_(other.word_) { other.word_ = 0; }
+    /// @}
     ~XCode()
     {
         if (isRecord())
             drop();
     }
 
+    /// Replaces code and message.
     XCode& operator=(XCode other) noexcept
     {
         const std::uintptr_t taken = other.word_;
