@@ -32,6 +32,7 @@ public:
 
     class Listener;
     class DriverWrapper;
+    class Explainer; // what drvrepo/Explain.h looks through
 
     /// A place in a list of listeners: the repository's own, or a driver's.
     class DRVREPO_EXPORT ListenerWrapper
