@@ -90,6 +90,13 @@ XCode CChannelGroup::setTimeslots(String& message, unsigned int requested)
     logDebug(0, "%s: Set Timeslots '%8.8lx'", name_.cString(), printable(requested));
     const std::uint32_t added = requested & ~timeslots_;
     const std::uint32_t removed = timeslots_ & ~requested;
+    try {
+        // A change inside another finds the spare block taken; once begun it cannot fail.
+        if ((added | removed) != 0 && observers_.size() != 0)
+            Event::reserve();
+    } catch (std::bad_alloc const&) {
+        return XCode::OUT_OF_MEMORY(message);
+    }
     XCode rc;
     // A refused addition doesn't keep the removals from being carried out.
     inTurn(
