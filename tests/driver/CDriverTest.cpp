@@ -4,8 +4,8 @@
 
 #include <drvrepo/IChannelGroup.h>
 #include <drvrepo/Identifiers.h>
+#include <drvrepo/testkit/TestDriver.h>
 
-#include <support/TestDriver.h>
 #include <support/TestRepository.h>
 
 namespace

@@ -5,9 +5,9 @@
 #include <string>
 
 #include <drvrepo/ObserverContainer.h>
+#include <drvrepo/testkit/EventLog.h>
 
 #include <support/CountedObject.h>
-#include <support/EventLog.h>
 
 class TestObserver;
 

@@ -9,9 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <drvrepo/CChannelGroup.h>
+#include <drvrepo/testkit/RecordingObserver.h>
 
 #include <support/RecordingMonitor.h>
-#include <support/RecordingObserver.h>
 
 /// A channel group that counts the references on it.
 class TestGroup : public CChannelGroup

@@ -9,9 +9,10 @@
 
 #include <utility/InfoContainer.h>
 
+#include <drvrepo/testkit/RecordingObserver.h>
+#include <drvrepo/testkit/TestDriver.h>
+
 #include <support/RecordingMonitor.h>
-#include <support/RecordingObserver.h>
-#include <support/TestDriver.h>
 #include <support/TestRepository.h>
 
 /// A listener's criteria and rights, by default: every driver, no veto, no snapshot.

@@ -1,5 +1,5 @@
-#ifndef SUPPORT_RECORDINGOBSERVER_H
-#define SUPPORT_RECORDINGOBSERVER_H
+#ifndef DRVREPO_TESTKIT_RECORDINGOBSERVER_H
+#define DRVREPO_TESTKIT_RECORDINGOBSERVER_H
 
 #include <cstdio>
 #include <functional>
@@ -8,8 +8,7 @@
 
 #include <drvrepo/IChannelGroupObserver.h>
 #include <drvrepo/IDriverRepositoryObserver.h>
-
-#include <support/EventLog.h>
+#include <drvrepo/testkit/EventLog.h>
 
 /// An observer's part in a test: it writes what it hears into the log, answers as it was told to,
 /// and then does what `then` says.

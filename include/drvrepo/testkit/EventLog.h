@@ -1,5 +1,5 @@
-#ifndef SUPPORT_EVENTLOG_H
-#define SUPPORT_EVENTLOG_H
+#ifndef DRVREPO_TESTKIT_EVENTLOG_H
+#define DRVREPO_TESTKIT_EVENTLOG_H
 
 #include <string>
 

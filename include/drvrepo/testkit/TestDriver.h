@@ -1,11 +1,12 @@
-#ifndef SUPPORT_TESTDRIVER_H
-#define SUPPORT_TESTDRIVER_H
+#ifndef DRVREPO_TESTKIT_TESTDRIVER_H
+#define DRVREPO_TESTKIT_TESTDRIVER_H
 
+#include <algorithm>
 #include <vector>
 
 #include <drvrepo/CDriver.h>
 
-/// A driver that answers further interfaces of choice, and counts what is asked of it.
+/// A driver that answers interfaces of choice, and counts what is asked of it and who holds it.
 class TestDriver : public CDriver
 {
 public:
@@ -35,15 +36,25 @@ public:
     /// What `setDriverRepository` was told, in order.
     std::vector<IDriverRepository*> const& repositories() const { return repositories_; }
 
-    /// Answers `iid` as well, with itself as IUnknown.
-    void offer(TOVA_UUID const& iid) { offered_.push_back(iid); }
+    /// Answers `iid` as well: with `face`, which must live longer, or else with itself as IUnknown.
+    void offer(TOVA_UUID const& iid, IUnknown* face = nullptr)
+    {
+        withdraw(iid);
+        offered_.push_back(Face{iid, face});
+    }
+    /// Answers `iid` no more.
+    void withdraw(TOVA_UUID const& iid)
+    {
+        const auto isIt = [&](Face const& at) { return at.iid == iid; };
+        offered_.erase(std::remove_if(offered_.begin(), offered_.end(), isIt), offered_.end());
+    }
 
     XCode queryInterface(TOVA_UUID const& iid, void** out) override
     {
         ++calls_.queryInterface;
-        for (TOVA_UUID const& offered : offered_)
-            if (offered == iid)
-                return CDriver::queryInterface(IID_Unknown(), out);
+        for (Face const& offered : offered_)
+            if (offered.iid == iid)
+                return give(offered, out);
         return CDriver::queryInterface(iid, out);
     }
     void addRef() override
@@ -81,12 +92,29 @@ public:
     }
 
 private:
+    struct Face
+    {
+        TOVA_UUID iid;
+        IUnknown* object;
+    };
+
+    XCode give(Face const& offered, void** out)
+    {
+        if (offered.object == nullptr)
+            return CDriver::queryInterface(IID_Unknown(), out);
+        if (out != nullptr) {
+            offered.object->addRef();
+            *out = offered.object;
+        }
+        return XCode();
+    }
+
     inline static int living_ = 0;
 
     int references_ = 1;
     Calls calls_;
     std::vector<IDriverRepository*> repositories_;
-    std::vector<TOVA_UUID> offered_;
+    std::vector<Face> offered_;
 };
 
 #endif
