@@ -108,7 +108,8 @@ TEST_F(InfoCommand, PrintsJsonOfAnyName)
 TEST_F(InfoCommand, OfNothing)
 {
     std::ostringstream out;
-    Shell shell(out, out);
+    TextNarrator text(out, out);
+    Shell shell(text);
     Script script = Script::text("t", "info");
     EXPECT_TRUE(shell.run(script, false));
     EXPECT_EQ("Driver Repository\n  Drivers\n  Listeners\n", out.str());

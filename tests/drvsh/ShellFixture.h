@@ -3,6 +3,7 @@
 
 #include <drvsh/Script.h>
 #include <drvsh/Shell.h>
+#include <drvsh/TextNarrator.h>
 
 #include <gtest/gtest.h>
 
@@ -40,7 +41,8 @@ protected:
     std::ostringstream err_;
     bool good_ = true;
     bool keepGoing_ = false;
-    Shell shell_{out_, err_};
+    TextNarrator text_{out_, err_};
+    Shell shell_{text_};
 };
 
 #endif

@@ -95,7 +95,7 @@ TEST_F(ShellScript, ShowsACommandWhenSomethingStandsUnderIt)
 
 TEST_F(ShellScript, ShowsEveryCommandWhereAskedTo)
 {
-    shell_.output().showCommands(true);
+    text_.showCommands(true);
     EXPECT_EQ("> listen a\n"
               "> driver add a\n"
               "  a: a: added\n"
@@ -164,7 +164,8 @@ TEST(ShellLife, EndsWithoutAWord)
     std::ostringstream out;
     std::ostringstream err;
     {
-        Shell shell(out, err);
+        TextNarrator text(out, err);
+        Shell shell(text);
         shell.showLog(0);
         Script script = Script::text("t", "driver add a\nlisten l\ngroup add g 1-3\n"
                                           "group observe g o\n");
@@ -178,8 +179,9 @@ TEST(ShellLife, EndsWithoutAWord)
 TEST(ShellLife, KeepsRepositoriesApart)
 {
     std::ostringstream out;
-    Shell one(out, out);
-    Shell other(out, out);
+    TextNarrator text(out, out);
+    Shell one(text);
+    Shell other(text);
     Script add = Script::text("t", "driver add a");
     EXPECT_TRUE(one.run(add, false));
     Script list = Script::text("t", "drivers");

@@ -114,7 +114,25 @@ ends 1 -k < <(printf 'echo a\0b\n\0\n')
 # A full disk is a failure.
 "${drvsh[@]}" -c 'echo a' >/dev/full 2>err
 [ $? -eq 1 ] || { echo 'a full disk is no failure'; failed=1; }
-holds err "drvsh: the output can't be written$n"
+holds err "drvsh: the output can't be written: No space left on device$n"
+
+# The sequence diagram: XML that others can read, the same every time, beside what is printed.
+ends 0 --sequence one.svg "$here/../../examples/gateway.drv"
+cmp out "$here/gateway.expected" || { echo 'the picture changed what is printed'; failed=1; }
+ends 0 --sequence two.svg "$here/../../examples/gateway.drv"
+cmp one.svg two.svg || { echo 'the picture differs from run to run'; failed=1; }
+python3 - one.svg <<'END' || { echo 'the picture is no SVG'; failed=1; }
+import sys, xml.etree.ElementTree as tree
+svg = '{http://www.w3.org/2000/svg}'
+root = tree.parse(sys.argv[1]).getroot()
+assert root.tag == svg + 'svg', root.tag
+texts = [text.text for text in root.iter(svg + 'text') if text.get('class') == 'bad']
+assert texts[:2] == ['refused ("no such port")', 'failed: no such port'], texts
+END
+ends 1 --sequence missing/one.svg -c 'echo a'
+holds err "drvsh: missing/one.svg: can't be written: No such file or directory$n"
+ends 1 --sequence /dev/full -c 'echo a'
+holds err "drvsh: /dev/full: can't be written: No space left on device$n"
 
 # What a newcomer sees first.
 ends 0 "$here/../../examples/gateway.drv"

@@ -1,4 +1,5 @@
 #include "Identifiers.h"
+#include "Json.h"
 #include "Nearest.h"
 #include "Shell.h"
 #include "Text.h"
@@ -10,6 +11,11 @@ void check(XCode const& result, String const& reason)
     if (reason.isEmpty())
         throw CommandError("no reason given, code " + std::to_string(result.code()));
     throw CommandError(toStd(reason));
+}
+
+nlohmann::ordered_json driverJson(IDriver const& driver)
+{
+    return {{"name", toStd(driver.getDriverName())}, {"type", driver.getDID().name()}};
 }
 
 TOVA_UUID identifierArgument(std::string const& text)

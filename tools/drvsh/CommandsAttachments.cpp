@@ -1,4 +1,5 @@
 #include "InfoTree.h"
+#include "Json.h"
 #include "Shell.h"
 #include "Text.h"
 
@@ -63,16 +64,23 @@ public:
     void declare(Arguments& arguments) override
     {
         arguments.required("DRIVER", driver_, "The driver's name");
+        arguments.flag("--json", json_, "As JSON, for programs");
     }
     void run(Shell& shell) override
     {
         shell.driver(driver_);
-        for (auto const& attachment : attachmentsOf(shell, driver_))
-            shell.output().line(attachment.first + "=" + attachment.second);
+        std::string text;
+        Json value = Json::object();
+        for (auto const& attachment : attachmentsOf(shell, driver_)) {
+            text += attachment.first + "=" + attachment.second + "\n";
+            value[attachment.first] = attachment.second;
+        }
+        shell.output().result(text, value, json_);
     }
 
 private:
     std::string driver_;
+    bool json_ = false;
 };
 } // namespace
 

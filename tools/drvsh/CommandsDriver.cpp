@@ -1,5 +1,6 @@
 #include "Identifiers.h"
 #include "InfoTree.h"
+#include "Json.h"
 #include "Shell.h"
 #include "ShellDriver.h"
 #include "ShellGroup.h"
@@ -45,7 +46,7 @@ class DriverRemove : public Command
 public:
     void declare(Arguments& arguments) override
     {
-        arguments.required("NAME", name_, "The driver's name");
+        arguments.required("DRIVER", name_, "The driver's name");
         arguments.flag("--other", other_, "Remove it by another driver that has the same name");
     }
     void run(Shell& shell) override
@@ -58,7 +59,7 @@ public:
         else
             shell.repository()->removeDriver(name);
         if (!known)
-            shell.output().line("there is no driver '" + name_ + "'");
+            shell.output().remark("there is no driver '" + name_ + "'");
     }
 
 private:
@@ -71,53 +72,75 @@ class DriverShow : public Command
 public:
     void declare(Arguments& arguments) override
     {
-        arguments.required("NAME", name_, "The driver's name");
+        arguments.required("DRIVER", name_, "The driver's name");
+        arguments.flag("--json", json_, "As JSON, for programs");
     }
     void run(Shell& shell) override
     {
         TYPPtr<IDriver> const driver = shell.driver(name_);
-        std::vector<std::pair<std::string, std::string>> rows = {
-            {"name", name_},
-            {"type", driver->getDID().name()},
-            {"uuid", uuidText(driver->getDID())},
+        Rows rows;
+        Json value;
+        auto const add = [&](char const* key, std::string const& text) {
+            rows.emplace_back(key, text);
+            value[key] = text;
         };
-        if (ShellGroup const* const group = shellGroup(*driver)) {
-            addReferences(rows, group->references());
-            rows.emplace_back("timeslots", timeslotText(group->getTimeslots()));
+        add("name", name_);
+        add("type", driver->getDID().name());
+        add("uuid", uuidText(driver->getDID()));
+        ShellGroup const* const group = shellGroup(*driver);
+        // Whatever is no group has been made by "driver add" or "load".
+        ShellDriver const* const own =
+            group == nullptr ? static_cast<ShellDriver const*>(driver.get()) : nullptr;
+        int const references = group != nullptr ? group->references() : own->references();
+        rows.emplace_back("references",
+                          std::to_string(references) + ", one of them this command's own");
+        value["references"] = references;
+        if (group != nullptr) {
+            std::string const timeslots = timeslotText(group->getTimeslots());
+            rows.emplace_back("timeslots", orNone(timeslots));
+            value["timeslots"] = timeslots;
         } else {
-            // Whatever is no group has been made by "driver add" or "load".
-            ShellDriver const& own = static_cast<ShellDriver const&>(*driver);
-            addReferences(rows, own.references());
-            for (TOVA_UUID const& iid : own.interfaces())
+            value["interfaces"] = Json::array();
+            for (TOVA_UUID const& iid : own->interfaces()) {
                 rows.emplace_back("interface", iid.name());
+                value["interfaces"].push_back(iid.name());
+            }
         }
-        for (auto const& attachment : attachmentsOf(shell, name_))
+        value["attachments"] = Json::object();
+        for (auto const& attachment : attachmentsOf(shell, name_)) {
             rows.emplace_back("attachment", attachment.first + "=" + attachment.second);
-        shell.output().table(rows);
+            value["attachments"][attachment.first] = attachment.second;
+        }
+        shell.output().result(tableText(rows), value, json_);
     }
 
 private:
-    static void addReferences(std::vector<std::pair<std::string, std::string>>& rows, int count)
-    {
-        rows.emplace_back("references", std::to_string(count) + ", one of them this command's own");
-    }
-
     std::string name_;
+    bool json_ = false;
 };
 
 class Drivers : public Command
 {
 public:
-    void declare(Arguments&) override {}
+    void declare(Arguments& arguments) override
+    {
+        arguments.flag("--json", json_, "As JSON, for programs");
+    }
     void run(Shell& shell) override
     {
         TOVA_List<TYPPtr<IDriver>> drivers;
-        std::vector<std::pair<std::string, std::string>> rows;
+        Rows rows;
+        Json value = Json::array();
         for (TYPPtr<IDriver> const& driver :
-             shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+             shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers)) {
             rows.emplace_back(toStd(driver->getDriverName()), driver->getDID().name());
-        shell.output().table(rows);
+            value.push_back(driverJson(*driver));
+        }
+        shell.output().result(tableText(rows), value, json_);
     }
+
+private:
+    bool json_ = false;
 };
 } // namespace
 

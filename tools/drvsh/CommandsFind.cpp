@@ -1,5 +1,6 @@
 #include "Shell.h"
 
+#include "Json.h"
 #include "Text.h"
 
 namespace
@@ -14,6 +15,7 @@ public:
         arguments.list("--attr", "KEY=VALUE", attributes_,
                        "Only drivers with attachments that begin so");
         arguments.option("--iface", "UUID|NAME", iface_, "Only drivers with this interface");
+        arguments.flag("--json", json_, "As JSON, for programs");
     }
     void run(Shell& shell) override
     {
@@ -25,24 +27,32 @@ public:
             shell.repository()->getDriverInterfaces(did, prefix, attributes,
                                                     identifierArgument(*iface_), found);
             for (TYPPtr<IUnknown> const& object : found)
-                show(shell, *object);
+                add(*driverOf(*object));
         } else {
             TOVA_List<TYPPtr<IDriver>> found;
             for (TYPPtr<IDriver> const& driver :
                  shell.repository()->getDrivers(did, prefix, attributes, found))
-                shell.output().line(toStd(driver->getDriverName()));
+                add(*driver);
         }
+        shell.output().result(text_, value_, json_);
     }
 
 private:
-    static void show(Shell& shell, IUnknown& object)
+    static TYPPtr<IDriver> driverOf(IUnknown& object)
     {
         void* face = nullptr;
         check(object.queryInterface(IDriver::IID(), &face), "the interface leads to no driver");
-        TYPPtr<IDriver> const driver(static_cast<IDriver*>(face));
-        shell.output().line(toStd(driver->getDriverName()));
+        return TYPPtr<IDriver>(static_cast<IDriver*>(face));
+    }
+    void add(IDriver const& driver)
+    {
+        text_ += toStd(driver.getDriverName()) + "\n";
+        value_.push_back(driverJson(driver));
     }
 
+    std::string text_;
+    Json value_ = Json::array();
+    bool json_ = false;
     std::optional<std::string> did_;
     std::optional<std::string> prefix_;
     std::optional<std::string> iface_;

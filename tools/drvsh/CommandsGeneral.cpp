@@ -1,3 +1,4 @@
+#include "Json.h"
 #include "Shell.h"
 
 #include "Words.h"
@@ -16,7 +17,7 @@ public:
         std::string text;
         for (std::string const& word : words_)
             text += (&word == &words_.front() ? "" : " ") + word;
-        shell.output().line(text);
+        shell.output().say(text);
     }
 
 private:
@@ -37,7 +38,7 @@ public:
         try {
             shell.execute(words_);
         } catch (CommandError const& error) {
-            shell.output().outcome("failed: " + std::string(error.what()));
+            shell.output().failed(error.what());
             return;
         }
         throw CommandError("'" + words_.front() + "' was to fail, but did not");
@@ -53,16 +54,21 @@ public:
     void declare(Arguments& arguments) override
     {
         arguments.rest("COMMAND", words_, 0, "A command, or the first word of several");
+        arguments.flag("--json", json_, "The list as JSON, for programs");
     }
     void run(Shell& shell) override
     {
-        std::vector<std::pair<std::string, std::string>> shown;
+        Rows shown;
+        Json value = Json::array();
         for (CommandEntry const& entry : allCommands())
-            if (words_.empty() || (words_.size() == 1 && entry.name.compare(0, words_[0].size() + 1,
-                                                                            words_[0] + " ") == 0))
+            if (words_.empty() ||
+                (words_.size() == 1 &&
+                 entry.name.compare(0, words_[0].size() + 1, words_[0] + " ") == 0)) {
                 shown.emplace_back(entry.name, entry.summary);
+                value.push_back({{"command", entry.name}, {"summary", entry.summary}});
+            }
         if (!shown.empty()) {
-            shell.output().table(shown);
+            shell.output().result(tableText(shown), value, json_);
             return;
         }
         std::size_t used = 0;
@@ -75,6 +81,7 @@ public:
 
 private:
     std::vector<std::string> words_;
+    bool json_ = false;
 };
 } // namespace
 

@@ -1,3 +1,4 @@
+#include "Json.h"
 #include "Shell.h"
 #include "ShellGroup.h"
 #include "Text.h"
@@ -71,28 +72,69 @@ private:
     std::string timeslots_;
 };
 
+std::string maskText(unsigned timeslots)
+{
+    char mask[16];
+    std::snprintf(mask, sizeof mask, "0x%08X", timeslots);
+    return mask;
+}
+
+Json groupJson(ShellGroup const& group)
+{
+    return {{"name", toStd(group.getDriverName())},
+            {"timeslots", timeslotText(group.getTimeslots())},
+            {"mask", group.getTimeslots()},
+            {"observers", group.observers()}};
+}
+
 class GroupShow : public Command
 {
 public:
     void declare(Arguments& arguments) override
     {
         arguments.required("GROUP", group_, "The group's name");
+        arguments.flag("--json", json_, "As JSON, for programs");
     }
     void run(Shell& shell) override
     {
         TYPPtr<IDriver> driver;
         ShellGroup const& group = groupNamed(shell, group_, driver);
-        char mask[16];
-        std::snprintf(mask, sizeof mask, "0x%08X", group.getTimeslots());
-        std::vector<std::pair<std::string, std::string>> rows = {
-            {"timeslots", timeslotText(group.getTimeslots())}, {"mask", mask}};
+        Rows rows = {{"timeslots", orNone(timeslotText(group.getTimeslots()))},
+                     {"mask", maskText(group.getTimeslots())}};
         for (std::string const& name : group.observers())
             rows.emplace_back("observer", name);
-        shell.output().table(rows);
+        shell.output().result(tableText(rows), groupJson(group), json_);
     }
 
 private:
     std::string group_;
+    bool json_ = false;
+};
+
+class Groups : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.flag("--json", json_, "As JSON, for programs");
+    }
+    void run(Shell& shell) override
+    {
+        TOVA_List<TYPPtr<IDriver>> drivers;
+        Rows rows;
+        Json value = Json::array();
+        for (TYPPtr<IDriver> const& driver :
+             shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+            if (ShellGroup const* const group = shellGroup(*driver)) {
+                rows.emplace_back(toStd(group->getDriverName()),
+                                  orNone(timeslotText(group->getTimeslots())));
+                value.push_back(groupJson(*group));
+            }
+        shell.output().result(tableText(rows), value, json_);
+    }
+
+private:
+    bool json_ = false;
 };
 
 class GroupObserve : public Command
@@ -137,7 +179,7 @@ public:
     void declare(Arguments& arguments) override
     {
         arguments.required("GROUP", group_, "The group's name");
-        arguments.required("NAME", name_, "The observer's name");
+        arguments.required("OBSERVER", name_, "The observer's name");
         arguments.flag("--current", current_, "Hear that the timeslots are gone");
     }
     void run(Shell& shell) override
@@ -146,7 +188,7 @@ public:
         ShellGroup& group = groupNamed(shell, group_, driver);
         LockScope const held(group.getLock());
         if (!group.unobserve(name_, current_))
-            shell.output().line("there is no observer '" + name_ + "'");
+            shell.output().remark("there is no observer '" + name_ + "'");
     }
 
 private:
@@ -158,6 +200,8 @@ private:
 
 void addGroupCommands(CommandEntries& entries)
 {
+    entries.push_back(
+        commandEntry<Groups>("groups", "Print all channel groups and their timeslots"));
     entries.push_back(commandEntry<GroupAdd>("group add", "Add a channel group"));
     entries.push_back(
         commandEntry<GroupSet>("group set", "Change the timeslots of a channel group"));

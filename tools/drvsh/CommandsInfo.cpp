@@ -1,4 +1,5 @@
 #include "InfoTree.h"
+#include "Json.h"
 #include "Shell.h"
 
 namespace
@@ -16,12 +17,7 @@ public:
     void run(Shell& shell) override
     {
         std::vector<InfoNode> const tree = infoTree(shell, limits_);
-        if (json_) {
-            shell.output().line(jsonText(tree));
-            return;
-        }
-        for (std::string const& line : indentedLines(tree))
-            shell.output().line(line);
+        shell.output().result(indentedText(tree), infoJson(tree), json_);
     }
 
 private:

@@ -1,6 +1,8 @@
 #include "Shell.h"
 
+#include "Json.h"
 #include "Text.h"
+#include "Words.h"
 
 namespace
 {
@@ -50,16 +52,67 @@ class Unlisten : public Command
 public:
     void declare(Arguments& arguments) override
     {
-        arguments.required("NAME", name_, "The listener's name");
+        arguments.required("LISTENER", name_, "The listener's name");
     }
     void run(Shell& shell) override
     {
         if (!shell.unlisten(name_))
-            shell.output().line("there is no listener '" + name_ + "'");
+            shell.output().remark("there is no listener '" + name_ + "'");
     }
 
 private:
     std::string name_;
+};
+
+class Listeners : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.flag("--json", json_, "As JSON, for programs");
+    }
+    void run(Shell& shell) override
+    {
+        Rows rows;
+        Json value = Json::array();
+        for (ListenerWish const* wish : shell.listeners()) {
+            rows.emplace_back(wish->name, text(*wish));
+            value.push_back(json(*wish));
+        }
+        shell.output().result(tableText(rows), value, json_);
+    }
+
+private:
+    static std::string text(ListenerWish const& wish)
+    {
+        std::string text = "priority " + std::to_string(wish.priority);
+        text += wish.veto ? ", veto" : "";
+        text += wish.snapshot ? ", snapshot" : "";
+        if (!(wish.did == TOVA_UUID::INVALID()))
+            text += std::string(", type ") + wish.did.name();
+        if (!(wish.iid == TOVA_UUID::INVALID()))
+            text += std::string(", interface ") + wish.iid.name();
+        if (!wish.prefix.empty())
+            text += ", prefix " + quoted(wish.prefix);
+        for (auto const& attribute : wish.attributes)
+            text += ", " + quoted(toStd(attribute.key) + "=" + toStd(attribute.value));
+        return text;
+    }
+    static Json json(ListenerWish const& wish)
+    {
+        auto const nameOrNull = [](TOVA_UUID const& identifier) {
+            return identifier == TOVA_UUID::INVALID() ? Json() : Json(identifier.name());
+        };
+        Json value = {{"name", wish.name},           {"priority", wish.priority},
+                      {"veto", wish.veto},           {"snapshot", wish.snapshot},
+                      {"did", nameOrNull(wish.did)}, {"iface", nameOrNull(wish.iid)},
+                      {"prefix", wish.prefix},       {"attributes", Json::object()}};
+        for (auto const& attribute : wish.attributes)
+            value["attributes"][toStd(attribute.key)] = toStd(attribute.value);
+        return value;
+    }
+
+    bool json_ = false;
 };
 } // namespace
 
@@ -67,5 +120,8 @@ void addListenCommands(CommandEntries& entries)
 {
     entries.push_back(commandEntry<Listen>(
         "listen", "Register a listener, which shows what it hears, and may refuse"));
+    entries.push_back(commandEntry<Listeners>(
+        "listeners",
+        "Print all listeners and their criteria, in the order in which they are told"));
     entries.push_back(commandEntry<Unlisten>("unlisten", "Remove a listener"));
 }

@@ -102,8 +102,8 @@ public:
             throw CommandError(file + ": " + problem);
         LineConfig const config = readLineConfig(text);
         for (LineRemark const& warning : config.warnings)
-            shell.output().complain(file + ":" + std::to_string(warning.line) +
-                                    ": warning: " + warning.text);
+            shell.output().complain(
+                {file + ":" + std::to_string(warning.line), warning.text, true});
         if (!config.errors.empty())
             throw CommandError(reasons(file, config.errors));
         Registration(shell, file).add(config);

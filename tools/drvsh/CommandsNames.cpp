@@ -1,4 +1,5 @@
 #include "ChannelList.h"
+#include "Json.h"
 #include "Shell.h"
 #include "Text.h"
 
@@ -50,6 +51,7 @@ public:
     void declare(Arguments& arguments) override
     {
         arguments.required("NAME", name_, "A driver name");
+        arguments.flag("--json", json_, "As JSON, for programs");
     }
     void run(Shell& shell) override
     {
@@ -58,19 +60,27 @@ public:
         TOVA_Vector<String> further;
         unsigned const count = IDriver::SPLIT_DRIVER_NAME(toString(name_), type, numbers[0],
                                                           numbers[1], numbers[2], further);
-        std::vector<std::pair<std::string, std::string>> rows;
-        rows.emplace_back("type", toStd(type));
-        for (std::size_t i = 0; i < std::size(numbers); ++i)
+        Rows rows = {{"type", toStd(type)}};
+        Json value = {
+            {"type", toStd(type)}, {"numbers", Json::array()}, {"further", Json::array()}};
+        for (std::size_t i = 0; i < std::size(numbers); ++i) {
+            bool const absent = numbers[i] == ABSENT;
             rows.emplace_back("number " + std::to_string(i + 1),
-                              numbers[i] == ABSENT ? "absent" : std::to_string(numbers[i]));
-        for (unsigned i = 0; i < further.count(); ++i)
+                              absent ? "absent" : std::to_string(numbers[i]));
+            value["numbers"].push_back(absent ? Json() : Json(numbers[i]));
+        }
+        for (unsigned i = 0; i < further.count(); ++i) {
             rows.emplace_back("further " + std::to_string(i + 1), toStd(further[i]));
+            value["further"].push_back(toStd(further[i]));
+        }
         rows.emplace_back("components", std::to_string(count));
-        shell.output().table(rows);
+        value["components"] = count;
+        shell.output().result(tableText(rows), value, json_);
     }
 
 private:
     std::string name_;
+    bool json_ = false;
 };
 
 class NameRebuild : public Command

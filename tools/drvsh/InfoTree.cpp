@@ -1,10 +1,9 @@
 #include "InfoTree.h"
 
+#include "Json.h"
 #include "Shell.h"
 #include "Text.h"
 #include "Words.h"
-
-#include <nlohmann/json.hpp>
 
 #include <utility/InfoContainer.h>
 
@@ -12,8 +11,6 @@
 
 namespace
 {
-using Json = nlohmann::ordered_json;
-
 /// Moves the rows from `at` on that are at `depth` or deeper into a list of nodes.
 std::vector<InfoNode> nodesOf(std::vector<InfoContainer::Row> const& rows, std::size_t& at,
                               unsigned depth, Output const& output)
@@ -42,8 +39,7 @@ std::string visible(std::string const& value)
     return value.front() == ' ' || value.back() == ' ' ? quoted(value) : value;
 }
 
-void addLines(std::vector<InfoNode> const& nodes, std::size_t indentation,
-              std::vector<std::string>& lines)
+void addLines(std::vector<InfoNode> const& nodes, std::size_t indentation, std::string& text)
 {
     std::size_t width = 0;
     for (InfoNode const& node : nodes)
@@ -55,21 +51,9 @@ void addLines(std::vector<InfoNode> const& nodes, std::size_t indentation,
             line += " " + node.value;
         else if (!node.value.empty())
             line += std::string(width + 2 - node.key.size(), ' ') + visible(node.value);
-        lines.push_back(line);
-        addLines(node.rows, indentation + 2, lines);
+        text += line + "\n";
+        addLines(node.rows, indentation + 2, text);
     }
-}
-
-Json jsonOf(std::vector<InfoNode> const& nodes)
-{
-    Json array = Json::array();
-    for (InfoNode const& node : nodes) {
-        Json object = {{"key", node.key}, {"value", node.value}, {"detail", node.detail}};
-        if (!node.rows.empty())
-            object["rows"] = jsonOf(node.rows);
-        array.push_back(std::move(object));
-    }
-    return array;
 }
 } // namespace
 
@@ -81,16 +65,23 @@ std::vector<InfoNode> infoTree(Shell& shell, InfoLimits const& limits)
     return nodesOf(info.rows(), at, 0, shell.output());
 }
 
-std::vector<std::string> indentedLines(std::vector<InfoNode> const& nodes)
+Json infoJson(std::vector<InfoNode> const& nodes)
 {
-    std::vector<std::string> lines;
-    addLines(nodes, 0, lines);
-    return lines;
+    Json array = Json::array();
+    for (InfoNode const& node : nodes) {
+        Json object = {{"key", node.key}, {"value", node.value}, {"detail", node.detail}};
+        if (!node.rows.empty())
+            object["rows"] = infoJson(node.rows);
+        array.push_back(std::move(object));
+    }
+    return array;
 }
 
-std::string jsonText(std::vector<InfoNode> const& nodes)
+std::string indentedText(std::vector<InfoNode> const& nodes)
 {
-    return jsonOf(nodes).dump(2, ' ', false, Json::error_handler_t::replace);
+    std::string text;
+    addLines(nodes, 0, text);
+    return text;
 }
 
 std::vector<std::pair<std::string, std::string>> attachmentsOf(Shell& shell,

@@ -1,6 +1,8 @@
 #ifndef DRVSH_INFOTREE_H
 #define DRVSH_INFOTREE_H
 
+#include <nlohmann/json_fwd.hpp>
+
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,12 +29,13 @@ struct InfoLimits
 /// The repository's diagnostics as a tree, with the names of observers for their addresses.
 std::vector<InfoNode> infoTree(Shell& shell, InfoLimits const& limits);
 
-/// The tree as lines: rows indented by two blanks a level, the values of neighbours in one column.
-std::vector<std::string> indentedLines(std::vector<InfoNode> const& nodes);
+/// The tree as lines of text: rows indented by two blanks a level, the values of neighbours in one
+/// column.
+std::string indentedText(std::vector<InfoNode> const& nodes);
 
 /// The tree as JSON: an array of objects with "key", "value", "detail" and, where there are rows
-/// beneath, "rows", an array of the same kind. Bytes that are no UTF-8 become U+FFFD.
-std::string jsonText(std::vector<InfoNode> const& nodes);
+/// beneath, "rows", an array of the same kind.
+nlohmann::ordered_json infoJson(std::vector<InfoNode> const& nodes);
 
 /// Keys and values of a driver's attachments as the repository keeps them: in the order in which
 /// keys were first set, cleared ones with an empty value.

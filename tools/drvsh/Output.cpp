@@ -1,5 +1,7 @@
 #include "Output.h"
 
+#include "Json.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -15,76 +17,60 @@ std::string addressText(void const* address)
 
 void Output::beginCommand(std::string const& text)
 {
-    command_ = "> " + text;
-    if (showCommands_) {
-        out_ << command_ << '\n';
-        command_.clear();
-    }
+    each([&](Narrator& narrator) { narrator.command(text); });
 }
 
-void Output::indented(std::string const& text)
+void Output::result(std::string const& text, nlohmann::ordered_json const& value, bool asJson)
 {
-    if (!command_.empty()) {
-        out_ << command_ << '\n';
-        command_.clear();
-    }
-    out_ << "  " << text << '\n';
+    each([&](Narrator& narrator) { narrator.result({text, value, asJson}); });
 }
 
 void Output::line(std::string const& text)
 {
-    out_ << text << '\n';
+    result(text + "\n", Json(text), false);
 }
 
-void Output::table(std::vector<std::pair<std::string, std::string>> const& rows)
+void Output::say(std::string const& text)
 {
-    std::size_t width = 0;
-    for (auto const& row : rows)
-        width = std::max(width, row.first.size());
-    for (auto const& row : rows) {
-        out_ << row.first;
-        if (!row.second.empty())
-            out_ << std::string(width + 2 - row.first.size(), ' ') << row.second;
-        out_ << '\n';
-    }
+    each([&](Narrator& narrator) { narrator.said(text); });
 }
 
-void Output::heard(std::string const& name, std::string const& text)
+void Output::remark(std::string const& text)
 {
-    std::size_t const width = widths_.empty() ? 0 : *widths_.rbegin();
-    std::string const blanks(width > name.size() ? width - name.size() : 0, ' ');
-    indented(name + ": " + blanks + text);
+    each([&](Narrator& narrator) { narrator.remarked(text); });
+}
+
+void Output::told(Notice const& notice)
+{
+    each([&](Narrator& narrator) { narrator.told(notice); });
 }
 
 void Output::logged(int level, std::string const& text)
 {
-    indented("[" + std::to_string(level) + "] " + named(text));
+    std::string const readable = named(text);
+    each([&](Narrator& narrator) { narrator.logged(level, readable); });
 }
 
-void Output::outcome(std::string const& text)
+void Output::failed(std::string const& text)
 {
-    indented(text);
+    each([&](Narrator& narrator) { narrator.failed(text); });
 }
 
-void Output::complain(std::string const& text)
+void Output::complain(Complaint const& complaint)
 {
-    out_.flush();
-    err_ << text << '\n';
-    err_.flush();
+    each([&](Narrator& narrator) { narrator.complained(complaint); });
 }
 
-void Output::addName(std::string const& name, void const* observer)
+void Output::addHearer(Hearer const& hearer, void const* observer)
 {
-    widths_.insert(name.size());
-    names_[addressText(observer)] = name;
+    names_[addressText(observer)] = hearer.name;
+    each([&](Narrator& narrator) { narrator.came(hearer); });
 }
 
-void Output::removeName(std::string const& name, void const* observer)
+void Output::removeHearer(Hearer const& hearer, void const* observer)
 {
-    auto const width = widths_.find(name.size());
-    if (width != widths_.end())
-        widths_.erase(width);
     names_.erase(addressText(observer));
+    each([&](Narrator& narrator) { narrator.left(hearer); });
 }
 
 std::string Output::named(std::string const& text) const
@@ -100,4 +86,19 @@ std::string Output::named(std::string const& text) const
         done = at + name->first.size();
     }
     return result + text.substr(done);
+}
+
+std::string tableText(Rows const& rows)
+{
+    std::size_t width = 0;
+    for (auto const& row : rows)
+        width = std::max(width, row.first.size());
+    std::string text;
+    for (auto const& row : rows) {
+        text += row.first;
+        if (!row.second.empty())
+            text += std::string(width + 2 - row.first.size(), ' ') + row.second;
+        text += '\n';
+    }
+    return text;
 }

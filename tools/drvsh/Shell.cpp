@@ -1,23 +1,26 @@
 #include "Shell.h"
 
+#include "ChannelList.h"
 #include "Script.h"
 #include "ShellListener.h"
 #include "ShellMonitor.h"
 #include "Text.h"
 #include "Words.h"
 
+#include <algorithm>
 #include <climits>
 
-Shell::Shell(std::ostream& out, std::ostream& err)
-    : output_(out, err), repository_(new CDriverRepository(loop_))
-{}
+Shell::Shell(Narrator& narrator) : repository_(new CDriverRepository(loop_))
+{
+    output_.add(narrator);
+}
 
 Shell::~Shell()
 {
     monitor_.reset();
-    for (auto const& entry : listeners_) {
-        entry.second.delegate->stopNotifications();
-        repository_->removeDriverRepositoryObserver(toString(entry.first));
+    for (Listening const& listening : listeners_) {
+        listening.delegate->stopNotifications();
+        repository_->removeDriverRepositoryObserver(toString(listening.wish.name));
     }
     TOVA_List<TYPPtr<IDriver>> drivers;
     for (TYPPtr<IDriver> const& driver :
@@ -55,6 +58,7 @@ bool Shell::runLine(std::string const& line, std::string const& place)
         execute(command.words);
         return true;
     } catch (QuotingError const& error) {
+        output_.beginCommand(trimmed(line));
         complain(place, error.what());
     } catch (CommandError const& error) {
         complain(place, error.what());
@@ -67,7 +71,7 @@ void Shell::complain(std::string const& place, std::string const& reasons)
     std::size_t start = 0;
     for (;;) {
         std::size_t const end = reasons.find('\n', start);
-        output_.complain(place + ": " + reasons.substr(start, end - start));
+        output_.complain({place, reasons.substr(start, end - start), false});
         if (end == std::string::npos)
             return;
         start = end + 1;
@@ -125,19 +129,37 @@ void Shell::attach(std::string const& driver, std::string const& key, std::strin
 
 void Shell::listen(ListenerWish const& wish)
 {
-    Listening listening{
-        std::make_unique<ShellListener>(output_, wish.name, wish.refusals, wish.veto), {}};
+    Hearer const self = {wish.name, "", wish.priority, wish.veto};
+    Listening listening{wish, std::make_unique<ShellListener>(output_, self, wish.refusals), {}};
     listening.delegate.reset(new Delegate(listening.listener.get()));
     String error;
     check(repository_->addDriverRepositoryObserver(
               error, toString(wish.name), wish.did, wish.iid, toString(wish.prefix),
               wish.attributes, wish.priority, wish.veto, wish.snapshot, listening.delegate.get()),
           error);
-    listeners_[wish.name] = std::move(listening);
+    // Lower priorities are told first; among equals the newest.
+    auto const place =
+        std::find_if(listeners_.begin(), listeners_.end(),
+                     [&](Listening const& other) { return other.wish.priority >= wish.priority; });
+    listeners_.insert(place, std::move(listening));
 }
 
 bool Shell::unlisten(std::string const& name)
 {
     repository_->removeDriverRepositoryObserver(toString(name));
-    return listeners_.erase(name) != 0;
+    auto const found =
+        std::find_if(listeners_.begin(), listeners_.end(),
+                     [&](Listening const& listening) { return listening.wish.name == name; });
+    if (found == listeners_.end())
+        return false;
+    listeners_.erase(found);
+    return true;
+}
+
+std::vector<ListenerWish const*> Shell::listeners() const
+{
+    std::vector<ListenerWish const*> wishes;
+    for (Listening const& listening : listeners_)
+        wishes.push_back(&listening.wish);
+    return wishes;
 }

@@ -8,7 +8,6 @@
 #include <drvrepo/CDriverRepository.h>
 #include <drvrepo/ObserverDelegate.h>
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,8 +38,8 @@ struct ListenerWish
 class Shell
 {
 public:
-    /// The streams must outlive the shell.
-    Shell(std::ostream& out, std::ostream& err);
+    /// `narrator`, which must outlive the shell, tells what happens in it.
+    explicit Shell(Narrator& narrator);
     Shell(Shell const&) = delete;
     Shell& operator=(Shell const&) = delete;
     ~Shell();
@@ -72,11 +71,14 @@ public:
     void listen(ListenerWish const& wish);
     /// Removes a listener. Returns false if there is none of that name.
     bool unlisten(std::string const& name);
+    /// The listeners, in the order in which they are told.
+    std::vector<ListenerWish const*> listeners() const;
 
 private:
     using Delegate = ObserverDelegate<IDriverRepository>;
     struct Listening
     {
+        ListenerWish wish;
         std::unique_ptr<ShellListener> listener;
         TYPtr<Delegate> delegate;
     };
@@ -88,12 +90,15 @@ private:
     std::unique_ptr<ShellMonitor> monitor_;
     TYEventLoop loop_;
     TYPPtr<CDriverRepository> repository_;
-    std::map<std::string, Listening> listeners_;
-    std::string folder_; // of the script that is running
+    std::vector<Listening> listeners_; // in the order in which they are told
+    std::string folder_;               // of the script that is running
 };
 
 /// Throws CommandError with the library's reason if `result` is a failure.
 void check(XCode const& result, String const& reason);
+
+/// What a list of drivers says of one in JSON: its name and its type.
+nlohmann::ordered_json driverJson(IDriver const& driver);
 
 /// The identifier that an argument means. Throws CommandError, with the nearest name.
 TOVA_UUID identifierArgument(std::string const& text);

@@ -1,14 +1,13 @@
 #include "ShellGroup.h"
 
 #include "Output.h"
-#include "ShellListener.h"
 #include "Text.h"
 
 std::string timeslotText(unsigned timeslots)
 {
     String text;
     IChannelGroup::TIMESLOTS_UINT_TO_TEXT(timeslots, text);
-    return text.isEmpty() ? "none" : toStd(text);
+    return toStd(text);
 }
 
 ShellGroup* shellGroup(IDriver& driver)
@@ -19,52 +18,60 @@ ShellGroup* shellGroup(IDriver& driver)
     return static_cast<ShellGroup*>(&driver);
 }
 
-GroupObserver::GroupObserver(Output& output, std::string const& name, std::string const& group,
-                             Refusals const& refusals)
-    : output_(output), name_(name), group_(group), refusals_(refusals)
+namespace
 {
-    output_.addName(name_, static_cast<IChannelGroupObserver*>(this));
+/// The notice that an event is, to that observer.
+Notice notice(Notice::What what, Hearer const& hearer, ObserverEvent<IChannelGroup> const& event)
+{
+    Notice notice;
+    notice.what = what;
+    notice.hearer = hearer.name;
+    notice.subject = hearer.group;
+    notice.ofGroup = true;
+    notice.before = timeslotText(event.data.word(0));
+    notice.after = timeslotText(event.data.word(1));
+    notice.timeslots = timeslotText(event.data.word(2));
+    return notice;
+}
+} // namespace
+
+GroupObserver::GroupObserver(Output& output, Hearer const& self, Refusals const& refusals)
+    : output_(output), self_(self), refusals_(refusals)
+{
+    output_.addHearer(self_, static_cast<IChannelGroupObserver*>(this));
 }
 
 GroupObserver::~GroupObserver()
 {
-    output_.removeName(name_, static_cast<IChannelGroupObserver*>(this));
+    output_.removeHearer(self_, static_cast<IChannelGroupObserver*>(this));
 }
 
 XCode GroupObserver::onTimeslotsAdded(String& message, ObserverEvent<IChannelGroup>& event)
 {
-    unsigned const changed = event.data.word(2);
+    Notice added = notice(Notice::What::Added, self_, event);
     bool const refused = refusals_.refusesAdded([&](std::string const& text) {
         String error;
         unsigned timeslots = 0;
         IChannelGroup::TIMESLOTS_TEXT_TO_UINT(error, toString(text), timeslots);
-        return (timeslots & changed) != 0;
+        return (timeslots & event.data.word(2)) != 0;
     });
-    if (!refused) {
-        heard("added ", event);
+    if (refused)
+        added.refusal = Refusal{refusals_.text(), true};
+    output_.told(added);
+    if (!refused)
         return XCode();
-    }
-    output_.heard(name_, group_ + ": refused " + timeslotText(changed) + " " +
-                             refusalText(refusals_.text(), true));
     message = toString(refusals_.text());
     return XCode(-1);
 }
 
 void GroupObserver::onTimeslotsAdded(ObserverEvent<IChannelGroup>& event)
 {
-    heard("added ", event);
+    output_.told(notice(Notice::What::Added, self_, event));
 }
 
 void GroupObserver::onTimeslotsRemoved(ObserverEvent<IChannelGroup>& event)
 {
-    heard("removed ", event);
-}
-
-void GroupObserver::heard(char const* what, ObserverEvent<IChannelGroup> const& event)
-{
-    output_.heard(name_, group_ + ": " + what + timeslotText(event.data.word(2)) + " (" +
-                             timeslotText(event.data.word(0)) + " -> " +
-                             timeslotText(event.data.word(1)) + ")");
+    output_.told(notice(Notice::What::Removed, self_, event));
 }
 
 void ShellGroup::addRef()
@@ -85,8 +92,8 @@ XCode ShellGroup::observe(Output& output, String& error, Wish const& wish)
         error.format("Observer '%s' already exists", wish.name.c_str());
         return XCode(-1);
     }
-    auto observer =
-        std::make_unique<GroupObserver>(output, wish.name, toStd(getDriverName()), wish.refusals);
+    Hearer const self = {wish.name, toStd(getDriverName()), wish.priority, wish.veto};
+    auto observer = std::make_unique<GroupObserver>(output, self, wish.refusals);
     XCode const result =
         addChannelGroupObserver(error, observer.get(), wish.priority, wish.veto, wish.current);
     if (result.code() == 0)

@@ -1,6 +1,7 @@
 #ifndef DRVSH_SHELLGROUP_H
 #define DRVSH_SHELLGROUP_H
 
+#include "Notice.h"
 #include "Refusals.h"
 
 #include <drvrepo/CChannelGroup.h>
@@ -17,8 +18,8 @@ class Output;
 class GroupObserver : public IChannelGroupObserver
 {
 public:
-    GroupObserver(Output& output, std::string const& name, std::string const& group,
-                  Refusals const& refusals);
+    /// `self` says how it is registered, and with which group.
+    GroupObserver(Output& output, Hearer const& self, Refusals const& refusals);
     GroupObserver(GroupObserver const&) = delete;
     GroupObserver& operator=(GroupObserver const&) = delete;
     ~GroupObserver() override;
@@ -28,11 +29,8 @@ public:
     void onTimeslotsRemoved(ObserverEvent<IChannelGroup>& event) override;
 
 private:
-    void heard(char const* what, ObserverEvent<IChannelGroup> const& event);
-
     Output& output_;
-    std::string name_;
-    std::string group_;
+    Hearer self_;
     Refusals refusals_;
 };
 
@@ -74,7 +72,7 @@ private:
 /// repository is a ShellGroup.
 ShellGroup* shellGroup(IDriver& driver);
 
-/// Timeslots as a text, "none" if there are none.
+/// Timeslots as a text.
 std::string timeslotText(unsigned timeslots);
 
 #endif

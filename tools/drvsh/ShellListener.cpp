@@ -5,73 +5,67 @@
 
 namespace
 {
-std::string driverName(ObserverEvent<IDriverRepository> const& event)
+/// The notice that an event is, to the one of that name.
+Notice notice(Notice::What what, std::string const& hearer,
+              ObserverEvent<IDriverRepository> const& event)
 {
-    auto const& coming = static_cast<IDriverRepository::EvDriver const&>(event);
-    return toStd(coming.driver->getDriverName());
-}
-
-IDriverRepository::EvAttachment const& attachment(ObserverEvent<IDriverRepository> const& event)
-{
-    return static_cast<IDriverRepository::EvAttachment const&>(event);
-}
-
-std::string pair(IDriverRepository::EvAttachment const& event)
-{
-    return toStd(event.key) + "=" + toStd(event.value);
+    auto const& driver = static_cast<IDriverRepository::EvDriver const&>(event);
+    Notice notice;
+    notice.what = what;
+    notice.hearer = hearer;
+    notice.subject = toStd(driver.driver->getDriverName());
+    if (what == Notice::What::Set || what == Notice::What::Cleared) {
+        auto const& attachment = static_cast<IDriverRepository::EvAttachment const&>(event);
+        notice.key = toStd(attachment.key);
+        notice.value = toStd(attachment.value);
+    }
+    return notice;
 }
 } // namespace
 
-std::string refusalText(std::string const& reason, bool veto)
+ShellListener::ShellListener(Output& output, Hearer const& self, Refusals const& refusals)
+    : output_(output), self_(self), refusals_(refusals)
 {
-    return "(\"" + reason + "\")" + (veto ? "" : ", without right of veto");
-}
-
-ShellListener::ShellListener(Output& output, std::string const& name, Refusals const& refusals,
-                             bool veto)
-    : output_(output), name_(name), refusals_(refusals), veto_(veto)
-{
-    output_.addName(name_, static_cast<IDriverRepositoryObserver*>(this));
+    output_.addHearer(self_, static_cast<IDriverRepositoryObserver*>(this));
 }
 
 ShellListener::~ShellListener()
 {
-    output_.removeName(name_, static_cast<IDriverRepositoryObserver*>(this));
+    output_.removeHearer(self_, static_cast<IDriverRepositoryObserver*>(this));
 }
 
 XCode ShellListener::onDriverAdded(String& error, ObserverEvent<IDriverRepository>& event)
 {
-    std::string const driver = driverName(event);
-    if (refusals_.refusesAdded([&](std::string const& prefix) {
-            return driver.compare(0, prefix.size(), prefix) == 0;
-        }))
-        return refuse(error, driver + ": refused");
-    output_.heard(name_, driver + ": added");
-    return XCode();
+    Notice const added = notice(Notice::What::Added, self_.name, event);
+    bool const refused = refusals_.refusesAdded([&](std::string const& prefix) {
+        return added.subject.compare(0, prefix.size(), prefix) == 0;
+    });
+    return tell(added, refused, error);
 }
 
 void ShellListener::onDriverRemoved(ObserverEvent<IDriverRepository>& event)
 {
-    output_.heard(name_, driverName(event) + ": removed");
+    output_.told(notice(Notice::What::Removed, self_.name, event));
 }
 
 XCode ShellListener::onDriverAttachmentSet(String& error, ObserverEvent<IDriverRepository>& event)
 {
-    IDriverRepository::EvAttachment const& set = attachment(event);
-    if (refusals_.refusesSet(toStd(set.key), toStd(set.value)))
-        return refuse(error, driverName(event) + ": refused " + pair(set));
-    output_.heard(name_, driverName(event) + ": set " + pair(set));
-    return XCode();
+    Notice const set = notice(Notice::What::Set, self_.name, event);
+    return tell(set, refusals_.refusesSet(set.key, set.value), error);
 }
 
 void ShellListener::onDriverAttachmentCleared(ObserverEvent<IDriverRepository>& event)
 {
-    output_.heard(name_, driverName(event) + ": cleared " + pair(attachment(event)));
+    output_.told(notice(Notice::What::Cleared, self_.name, event));
 }
 
-XCode ShellListener::refuse(String& error, std::string const& what)
+XCode ShellListener::tell(Notice notice, bool refused, String& error)
 {
-    output_.heard(name_, what + " " + refusalText(refusals_.text(), veto_));
+    if (refused)
+        notice.refusal = Refusal{refusals_.text(), self_.veto};
+    output_.told(notice);
+    if (!refused)
+        return XCode();
     error = toString(refusals_.text());
     return XCode(-1);
 }

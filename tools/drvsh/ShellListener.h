@@ -1,6 +1,7 @@
 #ifndef DRVSH_SHELLLISTENER_H
 #define DRVSH_SHELLLISTENER_H
 
+#include "Notice.h"
 #include "Refusals.h"
 
 #include <drvrepo/IDriverRepositoryObserver.h>
@@ -14,8 +15,8 @@ class Output;
 class ShellListener : public IDriverRepositoryObserver
 {
 public:
-    /// `veto` is whether it is registered with the right of veto, so that its refusals count.
-    ShellListener(Output& output, std::string const& name, Refusals const& refusals, bool veto);
+    /// `self` says how it is registered.
+    ShellListener(Output& output, Hearer const& self, Refusals const& refusals);
     ShellListener(ShellListener const&) = delete;
     ShellListener& operator=(ShellListener const&) = delete;
     ~ShellListener() override;
@@ -26,16 +27,11 @@ public:
     void onDriverAttachmentCleared(ObserverEvent<IDriverRepository>& event) override;
 
 private:
-    XCode refuse(String& error, std::string const& what);
+    XCode tell(Notice notice, bool refused, String& error);
 
     Output& output_;
-    std::string name_;
+    Hearer self_;
     Refusals refusals_;
-    bool veto_;
 };
-
-/// How the transcript shows the reason of a refusal: '("REASON")', and that it doesn't count where
-/// the refuser has no right of veto.
-std::string refusalText(std::string const& reason, bool veto);
 
 #endif

@@ -1,8 +1,17 @@
+#include "FileOutput.h"
+#include "JsonNarrator.h"
 #include "Script.h"
+#include "SequencePicture.h"
 #include "Shell.h"
+#include "TextNarrator.h"
 
+#include <cerrno>
+#include <csignal>
+#include <cstring>
 #include <exception>
+#include <fstream>
 #include <iostream>
+#include <unistd.h>
 
 namespace
 {
@@ -16,6 +25,8 @@ struct Options
     std::optional<unsigned> log;
     bool keepGoing = false;
     bool echo = false;
+    bool json = false;
+    std::optional<std::string> picture;
 };
 
 void declare(Arguments& arguments, Options& options)
@@ -27,6 +38,9 @@ void declare(Arguments& arguments, Options& options)
     arguments.flag("-e,--echo", options.echo, "Show every command before it runs");
     arguments.numberOrNone("--log", options.log,
                            "Show the library's log lines, debug lines up to verbosity N (0)");
+    arguments.flag("--json", options.json, "Tell all by JSON, an object a line");
+    arguments.option("--sequence", "FILE.svg", options.picture,
+                     "Draw who told whom as a sequence diagram");
     arguments.footer("Without FILE and -c, commands are read from standard input; 'help' is one "
                      "of them.\n"
                      "Exit status: 0 all commands went well, 1 a command failed or a script "
@@ -48,21 +62,51 @@ std::vector<Script> scripts(Options const& options)
     return all;
 }
 
-int runAll(Options const& options)
+/// Writes a whole file. Throws std::runtime_error if that can't be done.
+void writeFile(std::string const& path, std::string const& text)
 {
-    Shell shell(std::cout, std::cerr);
-    shell.output().showCommands(options.echo);
-    if (options.log)
-        shell.showLog(*options.log);
+    errno = 0;
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    file.close();
+    if (!file)
+        throw std::runtime_error(path + ": can't be written: " + std::strerror(errno));
+}
+
+/// Runs all scripts until one fails. Returns whether all went well.
+bool run(Shell& shell, Options const& options, std::ostream const& out)
+{
     bool good = true;
     for (Script& script : scripts(options)) {
         good = shell.run(script, options.keepGoing) && good;
-        if (!good && !options.keepGoing)
+        if ((!good && !options.keepGoing) || !out)
             break;
     }
-    std::cout.flush();
-    if (!std::cout) {
-        std::cerr << "drvsh: the output can't be written\n";
+    return good;
+}
+
+int runAll(Options const& options)
+{
+    FileOutput file(STDOUT_FILENO);
+    std::ostream out(&file);
+    TextNarrator text(out, std::cerr);
+    text.showCommands(options.echo);
+    JsonNarrator json(out, std::cerr);
+    Sequence sequence;
+    sequence.showCommands(options.echo);
+    bool good = false;
+    {
+        Shell shell(options.json ? static_cast<Narrator&>(json) : text);
+        if (options.picture)
+            shell.output().add(sequence);
+        if (options.log)
+            shell.showLog(*options.log);
+        good = run(shell, options, out);
+    }
+    if (options.picture)
+        writeFile(*options.picture, sequencePicture(sequence));
+    if (!out.flush()) {
+        std::cerr << "drvsh: the output can't be written: " << std::strerror(file.error()) << '\n';
         return FAILED;
     }
     return good ? 0 : FAILED;
@@ -71,6 +115,8 @@ int runAll(Options const& options)
 
 int main(int argc, char** argv)
 {
+    // Writing into a pipe that nobody reads any more is an error like any other.
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         Arguments arguments("drvsh", "A shell to look at and try a registry of drivers.");
         Options options;
