@@ -134,10 +134,15 @@ void CChannelGroup::withdraw(std::uint32_t added, Observers::Stop const& stop)
         return;
     timeslots_ = before & ~added;
     const std::uint32_t after = timeslots_;
-    logDebug(0, "%s:   Notify observers: onTimeslotsRemoved(%8.8lx->%8.8lx: %8.8lx)",
-             name_.cString(), printable(before), printable(after), printable(withdrawn));
-    const Event event = changeEvent(this, before, after, withdrawn);
-    observers_.broadcastUndoEvent(event, TELL_REMOVED, stop);
+    inTurn(
+        [&] {
+            logDebug(0, "%s:   Notify observers: onTimeslotsRemoved(%8.8lx->%8.8lx: %8.8lx)",
+                     name_.cString(), printable(before), printable(after), printable(withdrawn));
+        },
+        [&] {
+            const Event event = changeEvent(this, before, after, withdrawn);
+            observers_.broadcastUndoEvent(event, TELL_REMOVED, stop);
+        });
 }
 
 void CChannelGroup::removeTimeslots(std::uint32_t removed)
@@ -195,10 +200,16 @@ void CChannelGroup::removeChannelGroupObserver(IChannelGroupObserver* observer, 
     if (!notifyCurrent || timeslots_ == 0)
         return;
     const std::uint32_t current = timeslots_;
-    logDebug(0, "%s:   Notify observer '%p': onTimeslotsRemoved(%8.8lx->%8.8lx: %8.8lx)",
-             name_.cString(), address, printable(current), printable(0), printable(current));
-    Event event = changeEvent(this, current, 0, current);
-    observer->onTimeslotsRemoved(event);
+    inTurn(
+        [&] {
+            logDebug(0, "%s:   Notify observer '%p': onTimeslotsRemoved(%8.8lx->%8.8lx: %8.8lx)",
+                     name_.cString(), address, printable(current), printable(0),
+                     printable(current));
+        },
+        [&] {
+            Event event = changeEvent(this, current, 0, current);
+            observer->onTimeslotsRemoved(event);
+        });
 }
 
 InfoContainer& CChannelGroup::getInfo(InfoContainer& info, unsigned int maxDepth,
