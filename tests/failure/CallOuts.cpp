@@ -32,6 +32,8 @@ bool CallOuts::pass(std::string const& label, String* error)
 
 void CallOuts::fail(std::string const& label) const
 {
+    if (onFailure)
+        onFailure();
     if (manner_ == Manner::THROW)
         throw Thrown(label);
     if (manner_ == Manner::EXIT)

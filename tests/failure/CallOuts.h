@@ -1,6 +1,7 @@
 #ifndef TESTS_FAILURE_CALLOUTS_H
 #define TESTS_FAILURE_CALLOUTS_H
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -37,6 +38,9 @@ public:
     /// One call-out, named by `label`. Returns true when an observer that is asked is to refuse;
     /// `error`, if given, takes the reason, also of a failure of another kind.
     bool pass(std::string const& label, String* error = nullptr);
+
+    /// Called just before one fails, but not for a refusal.
+    std::function<void()> onFailure;
 
     /// The names of those counted, in order.
     std::vector<std::string> const& labels() const { return labels_; }

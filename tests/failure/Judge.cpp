@@ -17,6 +17,13 @@ void Judge::hear(std::string const& what, bool failed)
         hearAttachment(known, what.substr(dot + 1), coming, failed, what);
 }
 
+void Judge::doubt(std::string const& listener)
+{
+    for (auto& at : known_)
+        if (at.first.find(listener + " ") == 0)
+            at.second.doubtful = true;
+}
+
 void Judge::hearDriver(Knowledge& known, bool coming, bool failed, std::string const& what)
 {
     if (coming && known.in && !known.doubtful)

@@ -16,6 +16,10 @@ public:
     /// `failed`: who heard it refused it or threw.
     void hear(std::string const& what, bool failed);
 
+    /// Somebody else failed while this listener may just have been coming: it may be told the
+    /// going of drivers that it knows, or not.
+    void doubt(std::string const& listener);
+
     /// The lies, one a line, with those that were never told the end; call it at the end.
     std::string verdict() const;
 

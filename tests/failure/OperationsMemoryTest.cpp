@@ -152,16 +152,13 @@ TEST(WithoutMemory, RollBacksAskForNone)
     for (Scenario const& scenario : allScenarios()) {
         World world;
         requestsOf(scenario, world);
-        if (world.requestsAtRefusal == 0)
-            continue;
-        World again;
-        requestsOf(scenario, again);
         const std::uint64_t end = heap::count();
-        EXPECT_EQ(again.requestsAtRefusal, end) << scenario.name;
-        EXPECT_EQ("refused", again.outcome.text) << scenario.name;
-        EXPECT_EQ("", again.end());
-        world.end();
-        ++seen;
+        if (world.requestsAtRefusal != 0) {
+            EXPECT_EQ(world.requestsAtRefusal, end) << scenario.name;
+            EXPECT_EQ("refused", world.outcome.text) << scenario.name;
+            ++seen;
+        }
+        EXPECT_EQ("", world.end()) << scenario.name;
     }
     EXPECT_EQ(8, seen);
 }

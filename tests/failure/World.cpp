@@ -161,16 +161,27 @@ private:
     static std::string labelOf(char const* line)
     {
         const heap::Exempt exempt;
-        return std::string("log: ") + line;
+        std::string label = std::string("log: ") + line;
+        const std::size_t address = label.find("0x"); // differs from world to world
+        if (address != std::string::npos)
+            label.erase(address, label.find_first_of("':", address) - address);
+        return label;
     }
 
     World& world_;
 };
 
+char const* const World::FAILED = "!";
+
 World::World(bool allMayRefuse)
     : allMayRefuse_(allMayRefuse), repository_(new TestRepository(loop_)),
       group_(new TestGroup("B")), log_(std::make_unique<Log>(*this))
-{}
+{
+    callOuts.onFailure = [this] {
+        const heap::Exempt exempt;
+        heard_.push_back(Heard{FAILED, true, telling_});
+    };
+}
 
 World::~World()
 {
@@ -205,22 +216,41 @@ void World::publish(char const* driver, char const* key, char const* value)
     drivers_[driver].get()->publish(key, value);
 }
 
+namespace
+{
+
+/// Sets a variable for the length of a scope.
+class Turn
+{
+public:
+    Turn(int& variable, int value) : variable_(variable), before_(variable) { variable = value; }
+    Turn(Turn const&) = delete;
+    Turn& operator=(Turn const&) = delete;
+    ~Turn() { variable_ = before_; }
+
+private:
+    int& variable_;
+    const int before_;
+};
+
+} // namespace
+
 bool World::hear(std::string const& what, String* error)
 {
     std::function<void()> reaction;
-    std::size_t entry;
+    const std::size_t entry = heard_.size();
     {
         const heap::Exempt exempt;
-        entry = heard_.size();
-        heard_.push_back(Heard{what, true});
+        heard_.push_back(Heard{what, true, telling_});
         const auto found = reactions_.find(what);
         if (found != reactions_.end()) {
             reaction = std::move(found->second);
             reactions_.erase(found);
         }
     }
+    const Turn turn(telling_, static_cast<int>(entry));
     if (reaction)
-        reaction();
+        react(reaction);
     const bool told = refusals_.count(what) != 0;
     if (told && error != nullptr)
         *error = text("refused");
@@ -229,6 +259,16 @@ bool World::hear(std::string const& what, String* error)
     if (refuses)
         requestsAtRefusal = heap::count();
     return refuses;
+}
+
+void World::react(std::function<void()> const& reaction) const
+{
+    try {
+        reaction();
+    } catch (Thrown const&) {
+        if (!guarded)
+            throw;
+    }
 }
 
 void World::note(XCode const& rc, String const& error)
@@ -420,7 +460,8 @@ std::string World::probe()
     unobserve("p", true);
     std::string all;
     for (std::size_t i = from; i < heard_.size(); ++i)
-        all += heard_[i].what + "\n";
+        if (heard_[i].isOurs())
+            all += heard_[i].what + "\n";
     return all;
 }
 
@@ -428,7 +469,8 @@ std::string World::heard() const
 {
     std::string all;
     for (Heard const& at : heard_)
-        all += at.what + (at.failed ? " failed\n" : "\n");
+        if (at.isOurs())
+            all += at.what + (at.failed ? " failed\n" : "\n");
     return all;
 }
 
@@ -438,12 +480,34 @@ void World::forget()
     failures_.clear();
 }
 
+/// What was heard, where a coming whose going was told already while it was being told counts as
+/// accepted: what its listener answers then answers nothing any more.
+std::vector<World::Heard> World::settled() const
+{
+    std::vector<Heard> all = heard_;
+    for (Heard const& going : all) {
+        std::string coming = going.what;
+        const std::size_t sign = coming.find('-');
+        if (sign == std::string::npos)
+            continue;
+        coming[sign] = '+';
+        for (int at = going.inside; at != -1; at = all[static_cast<std::size_t>(at)].inside)
+            if (all[static_cast<std::size_t>(at)].what == coming)
+                all[static_cast<std::size_t>(at)].failed = false;
+    }
+    return all;
+}
+
 std::string World::liesTold() const
 {
     Judge judge;
-    for (Heard const& at : heard_)
+    for (Heard const& at : settled()) {
         if (listeners_.count(at.what.substr(0, at.what.find_first_of("+-"))) != 0)
             judge.hear(at.what, at.failed);
+        for (auto const& plan : plans_)
+            if (!at.isOurs() && mayMissGoings && !plan.second.terms.attributes_.isEmpty())
+                judge.doubt(plan.first);
+    }
     return judge.verdict();
 }
 

@@ -45,6 +45,11 @@ public:
     /// Lets the one who hears `what` ("A+d", "A-e.k=1", "a+f0", ...) do something, once. What it
     /// throws goes through to the library.
     void on(std::string const& what, std::function<void()> reaction);
+    /// Whether who does something from inside catches what a call-out throws there.
+    bool guarded = false;
+    /// Whether a listener may miss a going because somebody failed while it was coming: who joins
+    /// through an attachment and then refuses a part of its snapshot is not told the going.
+    bool mayMissGoings = false;
     /// Lets the one who hears `what` refuse it.
     void refuse(std::string const& what) { refusals_.insert(what); }
     /// Lets a driver set an attachment on itself when a repository takes it in.
@@ -100,7 +105,10 @@ private:
     {
         std::string what;
         bool failed; // refused, or left by an exception
+        int inside;  // the index of what was being told just then, -1 without
+        bool isOurs() const { return what != FAILED; }
     };
+    static char const* const FAILED; // stands among what was heard where somebody failed
     struct ListenerPlan
     {
         unsigned priority = 0;
@@ -118,6 +126,8 @@ private:
     std::string references() const;
     std::string liesTold() const;
     bool hear(std::string const& what, String* error);
+    void react(std::function<void()> const& reaction) const;
+    std::vector<Heard> settled() const;
     Listening& listening(char const* name);
     Observing& observing(char const* name);
 
@@ -128,6 +138,7 @@ private:
     std::map<std::string, std::function<void()>> reactions_;
     std::set<std::string> refusals_;
     std::vector<Heard> heard_;
+    int telling_ = -1;
     std::vector<std::string> failures_;
     std::map<std::string, std::unique_ptr<Listening>> listeners_;
     std::map<std::string, std::unique_ptr<Observing>> observers_;
