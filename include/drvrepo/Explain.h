@@ -23,6 +23,7 @@ struct Explanation
     /// One criterion: what the listener wants and what the driver meets it with.
     struct Criterion
     {
+        /// What is wanted.
         enum Kind : unsigned int {
             DRIVER_TYPE, ///< the driver's type is `wantedId`; INVALID: any
             INTERFACE,   ///< the driver offers `wantedId`; INVALID: any
@@ -30,13 +31,13 @@ struct Explanation
             ATTACHMENT   ///< the value of attachment `key` begins with `wanted`
         };
 
-        Kind kind = DRIVER_TYPE;
-        bool holds = false;
-        TOVA_UUID wantedId;
+        Kind kind = DRIVER_TYPE; ///< tells which of the fields below count
+        bool holds = false;      ///< whether the driver meets it
+        TOVA_UUID wantedId;      ///< of a type or an interface
         TOVA_UUID metId; ///< the driver's type; the interface if it was asked for and is offered
-        String key;
-        String wanted;
-        String met; ///< the driver's name; the attachment's value, empty without one
+        String key;      ///< of an attachment
+        String wanted;   ///< the beginning of the name or of the value
+        String met;      ///< the driver's name; the attachment's value, empty without one
     };
 
     /// The listener's entry in the driver's list.
@@ -53,18 +54,18 @@ struct Explanation
         HEARING      ///< an observer
     };
 
-    String driver;
-    String listener;
+    String driver;   ///< its name
+    String listener; ///< its name
     /// In the order in which they are tested. All are listed, also those behind the first that
     /// fails, where matching stops.
     TOVA_List<Criterion> criteria;
-    bool selected = false; ///< all criteria hold
-    State state = NEVER_OFFERED;
-    int count = 0; ///< how often the listener is recorded
-    Delegate delegate = NO_DELEGATE;
-    std::uint32_t priority = 0;
-    bool rightOfVeto = false;
-    bool wantsSnapshot = false;
+    bool selected = false;           ///< all criteria hold
+    State state = NEVER_OFFERED;     ///< of the entry
+    int count = 0;                   ///< how often the listener is recorded
+    Delegate delegate = NO_DELEGATE; ///< who hears what is sent
+    std::uint32_t priority = 0;      ///< the lower, the earlier it is told
+    bool rightOfVeto = false;        ///< whether its refusals count
+    bool wantsSnapshot = false;      ///< whether it hears attachments on joining and leaving
 };
 
 /// The same if an attachment had another value: `criteria` and `selected` are as they would be
@@ -75,19 +76,21 @@ struct WhatIf : Explanation
     enum Outcome : unsigned int {
         STAYS_OUT, ///< is not told about the driver, before and after
         STAYS_IN,  ///< is told about it, before and after
-        JOINS,
-        LEAVES,
-        REJOINS ///< leaves with the old value and joins again with the new one
+        JOINS,     ///< is told from then on
+        LEAVES,    ///< is told no more
+        REJOINS    ///< leaves with the old value and joins again with the new one
     };
 
+    /// One thing that the listener would be told.
     struct Notification
     {
+        /// Which of the four.
         CDriverRepository::Listener::Notification kind = CDriverRepository::Listener::DRIVER_ADDED;
-        String key; ///< of attachments only
-        String value;
+        String key;   ///< of attachments only
+        String value; ///< of attachments only
     };
 
-    Outcome outcome = STAYS_OUT;
+    Outcome outcome = STAYS_OUT; ///< of the change
     /// What the listener would be sent, in order, if nobody refuses; nothing without a delegate.
     TOVA_List<Notification> told;
 };

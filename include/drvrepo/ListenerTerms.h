@@ -12,6 +12,7 @@
 class ListenerTerms
 {
 public:
+    /// Keys, and what their values begin with.
     using Attributes = IDriverRepository::Attributes;
 
     /// Only drivers of that type; INVALID: any.
@@ -34,6 +35,8 @@ public:
     /// A driver's attachments are told when it comes and goes.
     ListenerTerms& snapshot(bool snapshot = true) { return snapshot_ = snapshot, *this; }
 
+    /// @{
+    /// What was set.
     TOVA_UUID const& did() const { return did_; }
     TOVA_UUID const& iid() const { return iid_; }
     String const& prefix() const { return prefix_; }
@@ -41,6 +44,7 @@ public:
     std::uint32_t priority() const { return priority_; }
     bool hasRightOfVeto() const { return veto_; }
     bool wantsSnapshot() const { return snapshot_; }
+    /// @}
 
     /// Registers an observer, or a delegate, under these terms; see
     /// IDriverRepository::addDriverRepositoryObserver. The caller holds the repository's lock.

@@ -19,25 +19,32 @@
 class ObserverFunctions : public IDriverRepositoryObserver
 {
 public:
+    /// @{
+    /// What observers of a repository are handed.
     using Event = ObserverEvent<IDriverRepository>;
     using EvDriver = IDriverRepository::EvDriver;
     using EvAttachment = IDriverRepository::EvAttachment;
+    /// @}
 
+    /// Called when a driver comes.
     template <class F> ObserverFunctions& added(F function)
     {
         added_ = answering<EvDriver>(std::move(function));
         return *this;
     }
+    /// Called when a driver goes.
     ObserverFunctions& removed(std::function<void(EvDriver const&)> function)
     {
         removed_ = std::move(function);
         return *this;
     }
+    /// Called when an attachment has a new value.
     template <class F> ObserverFunctions& set(F function)
     {
         set_ = answering<EvAttachment>(std::move(function));
         return *this;
     }
+    /// Called when an attachment has lost its value.
     ObserverFunctions& cleared(std::function<void(EvAttachment const&)> function)
     {
         cleared_ = std::move(function);

@@ -20,6 +20,7 @@ class ScopedDriver
 public:
     /// Holds no driver.
     ScopedDriver() = default;
+    /// Takes over what the other has.
     ScopedDriver(ScopedDriver&&) noexcept = default;
     /// Removes what it has, and takes over.
     ScopedDriver& operator=(ScopedDriver&& other) noexcept

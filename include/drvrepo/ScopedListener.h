@@ -23,11 +23,15 @@
 class ScopedListener
 {
 public:
+    /// @{
+    /// Short for what a repository calls.
     using Observer = IDriverRepositoryObserver;
     using Delegate = ObserverDelegate<IDriverRepository>;
+    /// @}
 
     /// Listens to nothing.
     ScopedListener() = default;
+    /// Takes over what the other has.
     ScopedListener(ScopedListener&&) noexcept = default;
     /// Ends what it has, and takes over.
     ScopedListener& operator=(ScopedListener&& other) noexcept

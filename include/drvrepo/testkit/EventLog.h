@@ -8,6 +8,7 @@
 class EventLog
 {
 public:
+    /// One more line: who heard what.
     void add(std::string const& who, std::string const& what)
     {
         lines_ += who;

@@ -17,13 +17,16 @@
 class FaultInjector : public IDriverRepositoryObserver
 {
 public:
+    /// What observers of a repository are handed.
     using Event = ObserverEvent<IDriverRepository>;
 
+    /// What it does when it strikes.
     enum Fault {
         REFUSE, ///< counts what can be refused: drivers that come and values that are set
         THROW   ///< counts everything, and throws Thrown
     };
 
+    /// The exception.
     struct Thrown : std::runtime_error
     {
         using std::runtime_error::runtime_error;

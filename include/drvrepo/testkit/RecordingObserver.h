@@ -18,6 +18,7 @@
 class ObserverPart
 {
 public:
+    /// Writes into `log`, which must live longer, as `name`.
     ObserverPart(EventLog& log, std::string name) : log_(log), name_(std::move(name)) {}
 
     /// Answers `code` with `text` as the reason, and writes "refused" for what it refuses.
@@ -33,6 +34,7 @@ public:
     /// Takes all orders back.
     void accept() { orders_.clear(); }
 
+    /// Who it is in the log.
     std::string const& name() const { return name_; }
 
     /// Called with what was heard when the line is written, before the answer; may throw.
@@ -87,6 +89,7 @@ private:
 class RecordingObserver : public IDriverRepositoryObserver, public ObserverPart
 {
 public:
+    /// What observers of a repository are handed.
     using Event = ObserverEvent<IDriverRepository>;
     using ObserverPart::ObserverPart;
 
@@ -104,11 +107,13 @@ public:
         hear("cleared " + attachmentOf(event));
     }
 
+    /// The name of the driver that an event is about.
     static std::string driverOf(Event const& event)
     {
         auto const& driver = static_cast<IDriverRepository::EvDriver const&>(event).driver;
         return driver ? driver.get()->getDriverName().cString() : "(no driver)";
     }
+    /// The same with key and value: "fxs 1 key=value".
     static std::string attachmentOf(Event const& event)
     {
         auto const& change = static_cast<IDriverRepository::EvAttachment const&>(event);
@@ -121,6 +126,7 @@ public:
 class RecordingGroupObserver : public IChannelGroupObserver, public ObserverPart
 {
 public:
+    /// What observers of a channel group are handed.
     using Event = ObserverEvent<IChannelGroup>;
     using ObserverPart::ObserverPart;
 
@@ -131,6 +137,7 @@ public:
     void onTimeslotsAdded(Event& event) override { hear("added " + changeOf(event)); }
     void onTimeslotsRemoved(Event& event) override { hear("removed " + changeOf(event)); }
 
+    /// The masks of an event: before, after, the bits that changed.
     static std::string changeOf(Event const& event)
     {
         char text[40];

@@ -10,8 +10,11 @@
 class TestDriver : public CDriver
 {
 public:
+    /// How often each operation was called.
     struct Calls
     {
+        /// @{
+        /// Named like the operation.
         unsigned queryInterface = 0;
         unsigned addRef = 0;
         unsigned release = 0;
@@ -19,8 +22,10 @@ public:
         unsigned setDriverRepository = 0;
         mutable unsigned getDID = 0;
         mutable unsigned getDriverName = 0;
+        /// @}
     };
 
+    /// In no repository, offering nothing but what every driver offers.
     explicit TestDriver(String const& name, TOVA_UUID const& did = IDriver::DID_UNKNOWN())
         : CDriver(did, name)
     {
@@ -32,6 +37,7 @@ public:
     static int living() { return living_; }
     /// References on this one, the creator's included.
     int references() const { return references_; }
+    /// How often it was called.
     Calls const& calls() const { return calls_; }
     /// What `setDriverRepository` was told, in order.
     std::vector<IDriverRepository*> const& repositories() const { return repositories_; }
