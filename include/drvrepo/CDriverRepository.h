@@ -166,6 +166,7 @@ private:
     // Drivers.
     DriverWrapper* recordOf(String const& name) const;
     bool holds(String const& name, IDriver const* driver) const;
+    static XCode failUnknown(String& error, String const& driverName);
     XCode enter(String& error, String const& name, IDriver* driver, DriverWrapper*& record);
     XCode introduce(String& error, String const& name, DriverWrapper& record);
     XCode offer(String& error, DriverWrapper& record, Listeners::Iterator& stop);

@@ -140,7 +140,8 @@ private:
     void part(Entry entry);
     void dismiss(Entry entry, String const& key, String const& value);
     void farewell(Entry entry, Joining const* joining, String const& key, String const& value);
-    void finishLeaving(Entry entry);
+    bool finishLeaving(Entry entry);
+    Leaving* leavingOwing(Entry entry, String const& key);
     void tellRest(Leaving& leaving);
     void tellAttachmentGone(Leaving& leaving);
     String const& goingValue(Leaving const& leaving, Attachment at) const;
@@ -157,6 +158,7 @@ private:
 
     // Changing attachments.
     void store(String const& key, String const& value);
+    void markLate(Attachment at);
     Walk* walkOf(String const& key) const;
     void rematch();
     void rematch(Entry entry);

@@ -22,6 +22,7 @@ void Record::Clearing::run()
         tellOne();
         visiting_ = false;
     }
+    record.markLate(record.attachments_.find(key));
     done_ = true;
 }
 
@@ -35,32 +36,41 @@ bool Record::Clearing::heard(Entry entry) const
     return heardIn_->holds(entry);
 }
 
+/// Whether it is the entry's turn to hear that the value is gone: its listener is told about the
+/// driver, or is just leaving and still owed this attachment.
+bool Record::Clearing::isDue(Entry entry) const
+{
+    if (!visiting_ || cursor != entry || told || !wasHere(entry) || record.gone_)
+        return false;
+    const bool active = entry->isValid() && entry->isActive();
+    return (active || record.leavingOwing(entry, key) != nullptr) && heard(entry);
+}
+
 void Record::Clearing::tellOne()
 {
     struct Cleared final : Occasion
     {
         Cleared(Clearing& w, Entry e) : walk(w), entry(e) {}
-        bool isDue() const
-        {
-            return walk.visiting_ && walk.cursor == entry && !walk.told && entry->isActive() &&
-                   walk.concerns(entry) && walk.heard(entry);
-        }
         bool begin() override
         {
-            const bool due = isDue();
+            const bool due = walk.isDue(entry);
             walk.told = walk.told || due;
             return due;
         }
         Clearing& walk;
         const Entry entry;
     };
-    Cleared occasion(*this, cursor);
-    if (!occasion.isDue())
-        return;
     const Entry entry = cursor;
+    if (!isDue(entry))
+        return;
+    Cleared occasion(*this, entry);
+    if (!entry->isActive()) {
+        tellLeaving(*record.leavingOwing(entry, key), occasion);
+        return;
+    }
     Listener* const l = entry->listener();
     const bool leaves = record.talksTo(l, key, value) && !record.talksTo(l);
-    if (!occasion.isDue())
+    if (!isDue(entry) || !entry->isActive())
         return;
     if (leaves) {
         told = true;
@@ -69,6 +79,13 @@ void Record::Clearing::tellOne()
     } else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key))) {
         record.tell(l, key, value, occasion);
     }
+}
+
+/// The going has not come to this attachment, and will find it changed.
+void Record::Clearing::tellLeaving(Leaving const& leaving, Occasion& occasion)
+{
+    if (record.isToldGone(leaving, record.attachments_.find(key), value))
+        record.tell(leaving.entry->listener(), key, value, occasion);
 }
 
 bool Record::Clearing::holds(Entry entry) const
@@ -127,10 +144,11 @@ XCode Record::Setting::join(String& error)
     const Entry entry = cursor;
     Listener* const l = entry->listener();
     const auto mayJoin = [&] { return isWanted(entry) && !entry->isActive() && !l->isGone(); };
-    if (!mayJoin() || record.talksTo(l, key, String::EMPTY()) || !record.talksTo(l) || !mayJoin())
-        return XCode();
-    record.finishLeaving(entry);
-    if (!mayJoin())
+    const auto joins = [&] {
+        return mayJoin() && !record.talksTo(l, key, String::EMPTY()) && record.talksTo(l) &&
+               mayJoin();
+    };
+    if (!joins() || (record.finishLeaving(entry) && !joins()))
         return XCode();
     record.activate(entry);
     Joining joining(record, entry);

@@ -44,11 +44,27 @@ void Record::Joining::beginSnapshot()
     next = record.attachments_.begin();
 }
 
+bool Record::Joining::hasTold(Attachment at, bool passed) const
+{
+    if (!told || !entry->listener()->wantsSnapshot())
+        return told;
+    return level != 0 && (at->mark >= level || passed);
+}
+
+bool Record::Joining::hasPassed(Attachment at) const
+{
+    Attachment ahead = next;
+    while (ahead != record.attachments_.end() && ahead != at)
+        ++ahead;
+    return ahead != at;
+}
+
 Record::Leaving::Leaving(DriverWrapper& ofRecord, Entry ofEntry, Joining const* ended,
                          GoingKind ofKind, String const& changedKey, String const& changedValue)
     : record(ofRecord), entry(ofEntry), joining(ended), kind(ofKind), key(changedKey),
       value(changedValue), outer(ofRecord.leavings_), level(++ofRecord.snapshotLevel_),
-      next(ofRecord.attachments_.end()), tellsRemoved(kind == FAREWELL || kind == REFUSED_OFFER)
+      next(ofRecord.attachments_.end()), passed(false),
+      tellsRemoved(kind == FAREWELL || kind == REFUSED_OFFER)
 {
     record.leavings_ = this;
     if (!entry->listener()->wantsSnapshot())
@@ -59,6 +75,19 @@ Record::Leaving::~Leaving()
 {
     endSnapshotLevel(record.attachments_, record.snapshotLevel_, record.lateValues_);
     record.leavings_ = outer;
+}
+
+bool Record::Leaving::hadHeard(Attachment at) const
+{
+    return at->mark < level && (joining == nullptr || joining->hasTold(at, passed));
+}
+
+bool Record::Leaving::owes(Attachment at) const
+{
+    for (Attachment past = next; past != record.attachments_.end(); ++past)
+        if (past == at)
+            return false;
+    return at->mark < level && (joining == nullptr || joining->hasTold(at, joining->hasPassed(at)));
 }
 
 Record::Walk::Walk(DriverWrapper& ofRecord, String const& ofKey, String const& ofValue, Entry start)

@@ -33,6 +33,10 @@ struct CDriverRepository::DriverWrapper::Joining
 
     /// From now on the attachments are told; values set later are told by whoever sets them.
     void beginSnapshot();
+    /// Whether the listener has heard of attachment `at`; `passed`: the snapshot is past its place.
+    bool hasTold(Attachment at, bool passed) const;
+    /// Whether the snapshot is past the place of attachment `at`; searches for it.
+    bool hasPassed(Attachment at) const;
 
     DriverWrapper& record;
     const Entry entry;
@@ -64,6 +68,10 @@ struct CDriverRepository::DriverWrapper::Leaving
     ~Leaving();
 
     bool isRollback() const { return kind == REFUSED_OFFER || kind == REFUSED_SNAPSHOT; }
+    /// Whether the listener had heard of attachment `at`, just before `next`, when this began.
+    bool hadHeard(Attachment at) const;
+    /// Whether the going of attachment `at` is still to be told.
+    bool owes(Attachment at) const;
 
     DriverWrapper& record;
     const Entry entry;
@@ -74,6 +82,7 @@ struct CDriverRepository::DriverWrapper::Leaving
     Leaving* const outer;
     const std::uint16_t level;
     Attachment next;   // the attachment before this one is told next
+    bool passed;       // the coming had come past that attachment
     bool tellsRemoved; // the driver's going is still to be told
 };
 
@@ -103,8 +112,7 @@ protected:
 
     /// Whether the entry was here, as it is, when the walk began.
     bool wasHere(Entry entry) const { return entry->joinedIn_ < level; }
-    /// Whether it was, and is to hear of the driver's attachments. A listener that is just leaving
-    /// does until it has parted from this driver.
+    /// Whether it was, and is to hear of the driver's attachments.
     bool concerns(Entry entry) const;
 };
 
@@ -124,7 +132,9 @@ public:
 
 private:
     bool heard(Entry entry) const;
+    bool isDue(Entry entry) const;
     void tellOne();
+    void tellLeaving(Leaving const& leaving, Occasion& occasion);
 
     Setting const* const heardIn_;
     const bool isRollback_;

@@ -18,9 +18,16 @@ public:
     Operation& operator=(Operation const&) = delete;
     ~Operation()
     {
+        settle();
+        --repository_.running_;
+    }
+
+    /// Frees what has gone, if this is the outermost operation. What is given back there may call
+    /// in, so an answer about what is registered is given after it.
+    void settle()
+    {
         if (repository_.running_ == 1 && repository_.graves_)
             repository_.bury();
-        --repository_.running_;
     }
 
 private:

@@ -8,11 +8,6 @@
 namespace
 {
 
-XCode failUnknown(String& error, String const& name)
-{
-    return failWith(error, [&] { error.format("Driver '%s' does not exist", name.cString()); });
-}
-
 void logFailure(String const& name, String const& key, String const& value, String const& error)
 {
     logError("DrvRepo: SETTING DRIVER '%s' ATTACHMENT %s=%s FAILED: %s", name.cString(),
@@ -44,7 +39,8 @@ XCode CDriverRepository::setDriverAttachment(String& error, IDriver* driver, Str
 {
     if (driver == nullptr)
         return fail(error, TEXT_NO_DRIVER);
-    const Operation operation(*this);
+    // Not an operation of its own: the inner one answers when all that has gone has been freed.
+    const TYPtr<IDriverRepository> life = TYPtr<IDriverRepository>::share(this);
     const String ownKey(key);
     const String ownValue(value);
     return setDriverAttachment(error, String(driver->getDriverName()), ownKey, ownValue);
@@ -53,7 +49,7 @@ XCode CDriverRepository::setDriverAttachment(String& error, IDriver* driver, Str
 XCode CDriverRepository::setDriverAttachment(String& error, String const& driverName,
                                              String const& key, String const& value)
 {
-    const Operation operation(*this);
+    Operation operation(*this);
     const String name(driverName);
     const String ownKey(key);
     const String ownValue(value);
@@ -62,8 +58,14 @@ XCode CDriverRepository::setDriverAttachment(String& error, String const& driver
         logDebug(0, "DrvRepo: Set driver '%s' attachment %s=%s", name.cString(), ownKey.cString(),
                  ownValue.cString());
     DriverWrapper* const record = recordOf(name); // the monitor may have called in
-    XCode rc = record != nullptr ? change(error, name, *record, ownKey, ownValue)
-                                 : failUnknown(error, name);
+    const Stamp stamp = record != nullptr ? record->stamp_ : 0;
+    XCode rc;
+    if (record != nullptr)
+        rc = change(error, name, *record, ownKey, ownValue);
+    operation.settle();
+    DriverWrapper const* const left = recordOf(name);
+    if (rc.code() == 0 && (left == nullptr || left->stamp_ != stamp))
+        rc = failUnknown(error, name);
     if (rc.code() != 0)
         logFailure(name, ownKey, ownValue, error);
     return rc;
@@ -81,5 +83,5 @@ XCode CDriverRepository::change(String& error, String const& name, DriverWrapper
             logFailure(name, key, value, error);
         throw;
     }
-    return rc.code() == 0 && record.gone_ ? failUnknown(error, name) : rc;
+    return rc;
 }

@@ -29,7 +29,7 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
 {
     if (driver == nullptr)
         return fail(error, TEXT_NO_DRIVER);
-    const Operation operation(*this);
+    Operation operation(*this);
     const String name(driver->getDriverName());
     finishDepartures(name, driver);
     if (recordOf(name) != nullptr)
@@ -37,12 +37,20 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
     logDebug(0, "DrvRepo: Add driver '%s'", name.cString());
     DriverWrapper* record = nullptr;
     XCode rc = enter(error, name, driver, record);
-    if (rc.code() == 0)
-        rc = introduce(error, name, *record);
-    else
+    if (rc.code() != 0) {
         logFailure(name, error);
-    if (rc.code() == 0)
+        return rc;
+    }
+    rc = introduce(error, name, *record);
+    operation.settle();
+    if (holds(name, driver)) {
         error = String::EMPTY();
+        return XCode();
+    }
+    if (rc.code() == 0) {
+        rc = failUnknown(error, name);
+        logFailure(name, error);
+    }
     return rc;
 }
 
@@ -69,8 +77,7 @@ XCode CDriverRepository::enter(String& error, String const& name, IDriver* drive
 }
 
 /// Tells the driver and the listeners of each other; takes the driver out again, with a line in the
-/// log, when one refuses. What counts in the end is whether it is in: it may have been taken out,
-/// or added anew, from inside.
+/// log, when one refuses. It may also have been taken out, or added anew, from inside.
 XCode CDriverRepository::introduce(String& error, String const& name, DriverWrapper& record)
 {
     IDriver* const driver = record.getDriver();
@@ -82,19 +89,19 @@ XCode CDriverRepository::introduce(String& error, String const& name, DriverWrap
                        logFailure(name, error);
                });
     };
-    XCode rc = orUndo(
+    return orUndo(
         [&] {
             driver->setDriverRepository(this);
-            XCode answer = offer(error, record, stop);
-            if (answer.code() != 0 || holds(name, driver))
-                return answer;
-            return failWith(error,
-                            [&] { error.format("Driver '%s' does not exist", name.cString()); });
+            XCode rc = offer(error, record, stop);
+            return rc.code() != 0 || holds(name, driver) ? std::move(rc) : failUnknown(error, name);
         },
         undo);
-    if (rc.code() != 0 && running_ == 1)
-        bury(); // what is given back there may call in, before the answer is known
-    return holds(name, driver) ? XCode() : rc;
+}
+
+XCode CDriverRepository::failUnknown(String& error, String const& driverName)
+{
+    return failWith(error,
+                    [&] { error.format("Driver '%s' does not exist", driverName.cString()); });
 }
 
 bool CDriverRepository::holds(String const& name, IDriver const* driver) const

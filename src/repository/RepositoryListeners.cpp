@@ -14,6 +14,13 @@ namespace
 
 using Delegate = ObserverDelegate<IDriverRepository>;
 
+XCode failGone(String& error, String const& name)
+{
+    return failWith(error, [&] {
+        error.format("Driver repository observer '%s' does not exist", name.cString());
+    });
+}
+
 void logFailure(String const& name, String const& error)
 {
     logError("DrvRepo: ADDING LISTENER '%s' FAILED: %s", name.cString(), error.cString());
@@ -59,7 +66,7 @@ XCode CDriverRepository::addDriverRepositoryObserver(
     String const& driverNamePattern, Attributes const& attributes, unsigned int priority,
     bool rightOfVeto, bool snapshot, ObserverDelegate<IDriverRepository>* delegate)
 {
-    const Operation operation(*this);
+    Operation operation(*this);
     const String own(name);
     std::unique_ptr<Listener> listener;
     try { // before the first call-out, which may change the arguments
@@ -78,9 +85,18 @@ XCode CDriverRepository::addDriverRepositoryObserver(
         logFailure(own, error);
         return rc;
     }
+    const Stamp stamp = listener->stamp_;
     rc = introduce(error, *listener.release());
-    if (rc.code() == 0)
-        error = String::EMPTY();
+    if (rc.code() != 0)
+        return rc;
+    operation.settle();
+    const Listeners::Iterator place = listenerOf(own);
+    if (place == listeners_.end() || place->listener()->stamp_ != stamp) {
+        rc = failGone(error, own);
+        logFailure(own, error);
+        return rc;
+    }
+    error = String::EMPTY();
     return rc;
 }
 
@@ -116,12 +132,8 @@ XCode CDriverRepository::introduce(String& error, Listener& listener)
     return orUndo(
         [&] {
             XCode rc = offer(error, listener);
-            if (rc.code() == 0 && listener.gone_)
-                return failWith(error, [&] {
-                    error.format("Driver repository observer '%s' does not exist",
-                                 listener.name().cString());
-                });
-            return rc;
+            return rc.code() == 0 && listener.gone_ ? failGone(error, listener.name())
+                                                    : std::move(rc);
         },
         undo);
 }

@@ -17,12 +17,17 @@ XCode Record::setAttachment(String& error, String const& key, String const& valu
     return change.run(error);
 }
 
-/// Stores a value. A new one is marked as later than the snapshots under way.
 void Record::store(String const& key, String const& value)
 {
     const Attachment at = attachments_.put(key, value);
-    if (value.isEmpty())
-        return;
+    if (!value.isEmpty())
+        markLate(at);
+}
+
+/// Marks an attachment as changed since the snapshots under way began: they leave it to whoever
+/// changed it.
+void Record::markLate(Attachment at)
+{
     at->mark = snapshotLevel_;
     lateValues_ = lateValues_ || snapshotLevel_ != 0;
 }
@@ -52,13 +57,14 @@ void Record::rematch()
 void Record::rematch(Entry entry)
 {
     Listener* const l = entry->listener();
-    if (!entry->isValid() || l->isGone())
-        return;
-    const bool matches = talksTo(l);
-    if (matches == entry->isActive())
-        return;
-    finishLeaving(entry);
-    if (!entry->isValid() || l->isGone() || gone_ || matches == entry->isActive())
+    bool matches = false;
+    const auto isWrong = [&] {
+        if (!entry->isValid() || l->isGone())
+            return false;
+        matches = talksTo(l);
+        return entry->isValid() && !l->isGone() && !gone_ && matches != entry->isActive();
+    };
+    if (!isWrong() || (finishLeaving(entry) && !isWrong()))
         return;
     if (!matches) {
         dismiss(entry, String::EMPTY(), String::EMPTY());

@@ -122,18 +122,5 @@ Record::Joining* Record::joiningOf(Entry entry) const
 /// Whether a listener that is coming has heard of an attachment; anybody else has.
 bool Record::hasReached(Joining const* joining, Attachment at) const
 {
-    if (joining == nullptr)
-        return true;
-    if (!joining->told)
-        return false;
-    if (!joining->entry->listener()->wantsSnapshot())
-        return true;
-    if (joining->level == 0)
-        return false;
-    if (at->mark >= joining->level)
-        return true;
-    for (Attributes::ConstIterator next = joining->next; next != attachments_.end(); ++next)
-        if (next == at)
-            return false;
-    return true;
+    return joining == nullptr || joining->hasTold(at, joining->hasPassed(at));
 }

@@ -1,3 +1,5 @@
+#include <iterator>
+
 #include "foundation/Undo.h"
 #include "repository/Frames.h"
 
@@ -49,11 +51,27 @@ void Record::farewell(Entry entry, Joining const* joining, String const& key, St
     throughout([&] { tellRest(leaving); });
 }
 
-void Record::finishLeaving(Entry entry)
+/// Tells what goings of the entry's listener that are under way still owe it. Returns whether there
+/// was one.
+bool Record::finishLeaving(Entry entry)
 {
+    bool found = false;
     for (Leaving* leaving = leavings_; leaving != nullptr; leaving = leaving->outer)
-        if (leaving->entry == entry)
+        if (leaving->entry == entry) {
+            found = true;
             throughout([&] { tellRest(*leaving); });
+        }
+    return found;
+}
+
+/// The going under way that still owes the entry's listener attachment `key`; null without one.
+Record::Leaving* Record::leavingOwing(Entry entry, String const& key)
+{
+    Leaving* leaving = leavings_;
+    while (leaving != nullptr &&
+           !(leaving->entry == entry && leaving->owes(attachments_.find(key))))
+        leaving = leaving->outer;
+    return leaving;
 }
 
 void Record::tellRest(Leaving& leaving)
@@ -82,23 +100,28 @@ void Record::tellAttachmentGone(Leaving& leaving)
 {
     struct Gone final : Occasion
     {
-        explicit Gone(Leaving& l) : leaving(l), before(l.next), at(l.next) { --at; }
+        explicit Gone(Leaving& l)
+            : leaving(l), before(l.next), at(std::prev(before)), value(l.record.goingValue(l, at))
+        {}
         bool isNext() const { return leaving.next == before; }
+        bool isOwed() const { return isNext() && leaving.record.goingValue(leaving, at) == value; }
         bool begin() override
         {
-            const bool owed = isNext();
+            const bool owed = isOwed();
             if (owed)
                 leaving.next = at;
             return owed;
         }
         Leaving& leaving;
         const Attachment before;
-        Attachment at;
+        const Attachment at;
+        const String value;
     };
+    Joining const* const joining = leaving.joining;
+    leaving.passed = leaving.passed || (joining != nullptr && leaving.next == joining->next);
     Gone occasion(leaving);
-    const String value(goingValue(leaving, occasion.at));
-    if (isToldGone(leaving, occasion.at, value) && occasion.isNext())
-        tell(leaving.entry->listener(), occasion.at->key, value, occasion);
+    if (isToldGone(leaving, occasion.at, occasion.value) && occasion.isOwed())
+        tell(leaving.entry->listener(), occasion.at->key, occasion.value, occasion);
     if (occasion.isNext())
         leaving.next = occasion.at;
 }
@@ -106,16 +129,14 @@ void Record::tellAttachmentGone(Leaving& leaving)
 /// The value of an attachment as the listener heard it; empty when it heard none.
 String const& Record::goingValue(Leaving const& leaving, Attachment at) const
 {
-    if (at->mark >= leaving.level || !hasReached(leaving.joining, at))
+    if (!leaving.hadHeard(at))
         return String::EMPTY();
-    if (leaving.isRollback())
-        return at->value;
-    if (at->key == leaving.key)
+    if (at->key == leaving.key && !leaving.isRollback())
         return leaving.value;
     Walk const* const walk = walkOf(at->key);
-    if (walk == nullptr)
-        return at->value;
-    return walk->holds(leaving.entry) ? walk->value : String::EMPTY();
+    if (walk != nullptr && walk->holds(leaving.entry))
+        return walk->value;
+    return walk == nullptr || leaving.isRollback() ? at->value : String::EMPTY();
 }
 
 /// Whether the going of an attachment is told: not when the criteria depend on it. On purpose the
@@ -123,7 +144,7 @@ String const& Record::goingValue(Leaving const& leaving, Attachment at) const
 bool Record::isToldGone(Leaving const& leaving, Attachment at, String const& value) const
 {
     if (value.isEmpty())
-        return leaving.isRollback() && at->mark < leaving.level && hasReached(leaving.joining, at);
+        return leaving.isRollback() && leaving.hadHeard(at) && leaving.passed;
     Listener const* const l = leaving.entry->listener();
     const Override without = {at->key, String::EMPTY()};
     const Override before = {leaving.key, leaving.value};

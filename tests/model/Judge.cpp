@@ -332,7 +332,7 @@ void Judge::hearAdded(int registration, int driver, Look const& look)
 void Judge::hearRemoved(int registration, int driver)
 {
     Pair& known = pair(registration, driver);
-    if (!known.in)
+    if (!known.in && !known.unsure)
         violation(describe(registration, driver) + ": a going without a coming");
     Frame const* const operation = innermostOperation();
     if (known.in && known.refused && known.byChange && operation != nullptr &&
@@ -347,6 +347,8 @@ void Judge::hearSet(int registration, int driver, std::string const& key, std::s
                     Look const& look)
 {
     Pair& known = pair(registration, driver);
+    if (known.unsure)
+        return;
     if (!known.in || known.refused)
         violation(describe(registration, driver) + ": an attachment without a coming");
     if (value.empty())
@@ -372,6 +374,8 @@ void Judge::hearCleared(int registration, int driver, std::string const& key,
                         std::string const& value)
 {
     Pair& known = pair(registration, driver);
+    if (known.unsure)
+        return;
     if (!known.in)
         violation(describe(registration, driver) + ": a clear without a coming");
     const auto at = known.words.find(key);
@@ -400,15 +404,21 @@ void Judge::refuse(Frame const& frame, bool threw)
     if (!known.in || told.leaving || (frame.method != Method::ADDED && frame.method != Method::SET))
         return;
     const bool joining = operation != nullptr && operation->serial == known.comingBy;
-    const bool replaced =
-        frame.method == Method::SET && known.words[frame.key].serial != frame.serial;
+    const auto word = known.words.find(frame.key);
+    const bool replaced = frame.method == Method::SET &&
+                          (word == known.words.end() || word->second.serial != frame.serial);
     if (replaced && !(threw && joining))
         return;
     if (frame.method == Method::ADDED && known.coming != frame.serial)
         return;
+    if (told.refusing) {
+        known = Pair();
+        known.unsure = true;
+        return;
+    }
     if (operation != nullptr && operation->call.operation == Operation::REGISTER &&
         operation->call.registration == frame.registration)
-        told.leaving = true;
+        told.refusing = true;
     if (frame.method == Method::ADDED) {
         const bool byChange = known.byChange;
         known = Pair();

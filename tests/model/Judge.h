@@ -160,6 +160,7 @@ private:
         bool refused = false;  ///< it refused its snapshot
         bool aborted = false;  ///< a driver or the monitor may have thrown into its coming
         bool exempt = false;   ///< may be inactive though it matches, having refused
+        bool unsure = false;   ///< it refused while its own registration was just being undone
         std::map<std::string, Word> words;
     };
 
@@ -192,9 +193,10 @@ private:
     struct Told
     {
         Registration registration;
-        bool known = false;   ///< it certainly stood in the list at some time
-        bool leaving = false; ///< its removal or the roll-back of its registration has begun
-        bool dead = false;    ///< its removal or failed registration is over
+        bool known = false;    ///< it certainly stood in the list at some time
+        bool leaving = false;  ///< its removal has begun
+        bool refusing = false; ///< it has refused its registration, and may count until taken out
+        bool dead = false;     ///< its removal or failed registration is over
         bool muted = false;
         std::uint32_t counts[4] = {};
     };

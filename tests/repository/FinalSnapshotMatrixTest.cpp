@@ -70,6 +70,11 @@ TEST(FinalSnapshotMatrix, AttachmentsChange)
           "e(A C) d m=1 n=2(A C); A C"},
          {"n=", SNAPSHOTS, "[unlisten B: B-n=1[n=: C-n=1 A-n=1 ok] B-m=1 B-d B-e]",
           "e(A C) d m=1 n=(A C); A C"},
+         // B still holds m=1, and hears in its turn that it is gone.
+         {"m=2", SNAPSHOTS, "[unlisten B: B-n=1[m=2: C-m=1 B-m=1 A-m=1 A+m=2 C+m=2 ok] B-d B-e]",
+          "e(A C) d m=2 n=1(A C); A C"},
+         {"m=", SNAPSHOTS, "[unlisten B: B-n=1[m=: C-m=1 B-m=1 A-m=1 ok] B-d B-e]",
+          "e(A C) d m= n=1(A C); A C"},
          {"j=1", SNAPSHOTS, "[unlisten B: B-n=1[j=1: A+j=1 C+j=1 ok] B-m=1 B-d B-e]",
           "e(A C) d m=1 n=1 j=1(A C); A C"}});
 }
