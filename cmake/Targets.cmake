@@ -1,5 +1,8 @@
 # What the targets of this project have in common.
 
+set(DRVREPO_UNMEASURED_OPTIONS "" CACHE STRING
+    "Options of the compiler for tests and shell, whose speed nobody measures, e.g. -O0: built sooner")
+
 # The warnings, the language and the sanitizers; every target of ours gets them.
 function(drvrepo_settings target)
     target_compile_features(${target} PUBLIC cxx_std_17)
@@ -56,6 +59,7 @@ function(drvrepo_add_tests name)
     endif()
     add_executable(test_${name} ${arg_SOURCES})
     drvrepo_settings(test_${name})
+    target_compile_options(test_${name} PRIVATE ${DRVREPO_UNMEASURED_OPTIONS})
     target_link_libraries(test_${name}
         PRIVATE ${arg_LIBRARIES} test_support GTest::gmock GTest::gtest_main)
     if(CMAKE_CROSSCOMPILING)
