@@ -1,5 +1,7 @@
 #include <drvrepo/IDriver.h>
 
+#include <initializer_list>
+
 char const* const IDriver::Port::E1T1 = "e1t1";
 char const* const IDriver::Port::BRI = "bri";
 char const* const IDriver::Port::FXS = "fxs";
