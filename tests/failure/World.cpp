@@ -185,6 +185,8 @@ World::World(bool allMayRefuse)
 
 World::~World()
 {
+    if (!ended_)
+        end();
     log_.reset();
     repository_->release();
 }
@@ -513,6 +515,7 @@ std::string World::liesTold() const
 
 std::string World::end()
 {
+    ended_ = true;
     reactions_.clear();
     refusals_.clear();
     for (auto const& at : listeners_)

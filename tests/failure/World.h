@@ -25,6 +25,8 @@ struct Outcome
 /// A repository and a channel group with everybody around them, where each call-out may fail, and
 /// which asks for no memory that the library could be refused.
 ///
+/// At its end everything is taken out.
+///
 /// Everything has a short name: drivers "e", listeners "A", observers of the group "a". Verbs call
 /// the library; `outcome` is that of the one that ended last.
 class World
@@ -139,6 +141,7 @@ private:
     std::set<std::string> refusals_;
     std::vector<Heard> heard_;
     int telling_ = -1;
+    bool ended_ = false;
     std::vector<std::string> failures_;
     std::map<std::string, std::unique_ptr<Listening>> listeners_;
     std::map<std::string, std::unique_ptr<Observing>> observers_;
