@@ -48,18 +48,21 @@ function(drvrepo_add_library name)
 endfunction()
 
 # One GoogleTest executable, test_<name>, from the given sources. Each of its tests becomes one of
-# ctest's, labelled <name>, that fails when it takes longer than TIMEOUT seconds (60).
+# ctest's, labelled <name>, that fails when it takes longer than TIMEOUT seconds (60). OPTIMISED for
+# tests that compute for long themselves.
 #
 # Cross-compiled, the executable is one test of ctest's with ten times as long: the emulator takes
 # longer to start than most tests to run.
 function(drvrepo_add_tests name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "TIMEOUT" "SOURCES;LIBRARIES")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "OPTIMISED" "TIMEOUT" "SOURCES;LIBRARIES")
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 60)
     endif()
     add_executable(test_${name} ${arg_SOURCES})
     drvrepo_settings(test_${name})
-    target_compile_options(test_${name} PRIVATE ${DRVREPO_UNMEASURED_OPTIONS})
+    if(NOT arg_OPTIMISED)
+        target_compile_options(test_${name} PRIVATE ${DRVREPO_UNMEASURED_OPTIONS})
+    endif()
     target_link_libraries(test_${name}
         PRIVATE ${arg_LIBRARIES} test_support GTest::gmock GTest::gtest_main)
     if(CMAKE_CROSSCOMPILING)
