@@ -14,6 +14,7 @@ CommandEntries const& allCommands()
         addListenCommands(entries);
         addAttachmentCommands(entries);
         addGroupCommands(entries);
+        addExplainCommands(entries);
         addInfoCommand(entries);
         addNameCommands(entries);
         addGeneralCommands(entries);

@@ -63,6 +63,7 @@ void addListenCommands(CommandEntries& entries);
 void addAttachmentCommands(CommandEntries& entries);
 void addFindCommand(CommandEntries& entries);
 void addGroupCommands(CommandEntries& entries);
+void addExplainCommands(CommandEntries& entries);
 void addInfoCommand(CommandEntries& entries);
 
 #endif
