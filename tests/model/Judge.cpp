@@ -349,7 +349,8 @@ void Judge::hearSet(int registration, int driver, std::string const& key, std::s
     Pair& known = pair(registration, driver);
     if (known.unsure)
         return;
-    if (!known.in || known.refused)
+    // From inside the log line of its refusal, others may still tell it what they change.
+    if (!known.in || known.goesBack)
         violation(describe(registration, driver) + ": an attachment without a coming");
     if (value.empty())
         violation(describe(registration, driver) + ": told an empty value as set");
@@ -388,6 +389,9 @@ void Judge::hearCleared(int registration, int driver, std::string const& key,
         holds = (!registrations_[static_cast<std::size_t>(registration)].registration.snapshot ||
                  dependsOn(registration, key)) &&
                 contains(everSet_[{drivers_[static_cast<std::size_t>(driver)].name, key}], value);
+    Frame const* const operation = innermostOperation();
+    known.goesBack = known.goesBack ||
+                     (known.refused && operation != nullptr && operation->serial == known.comingBy);
     if (!holds)
         violation(describe(registration, driver) + ": told that " + quoted(key) + "=" +
                   quoted(value) + " is gone, which it does not hold");

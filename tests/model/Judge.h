@@ -158,6 +158,7 @@ private:
         long comingBy = 0;     ///< the operation that told it
         bool byChange = false; ///< that is a change of an attachment
         bool refused = false;  ///< it refused its snapshot
+        bool goesBack = false; ///< and the way back has begun
         bool aborted = false;  ///< a driver or the monitor may have thrown into its coming
         bool exempt = false;   ///< may be inactive though it matches, having refused
         bool unsure = false;   ///< it refused while its own registration was just being undone

@@ -369,6 +369,37 @@ TEST_F(JudgeTest, FailedRegistrationTellsEveryGoing)
     EXPECT_EQ(WHO + ": the failed registration told no going", verdict());
 }
 
+TEST_F(JudgeTest, NewValueFromInsideTheLogLineOfARefusedSnapshot)
+{
+    begin(Operation::REGISTER);
+    tell(Method::ADDED);
+    tell(Method::SET, "k", "a", -1);
+    judge_.beginCallOut(true);
+    judge_.endCallOut(0);
+    begin(Operation::SET_ATTACHMENT, "m", "b");
+    tell(Method::SET, "m", "b");
+    value_ = "b";
+    end();
+    tell(Method::CLEARED, "m", "b");
+    EXPECT_EQ("legal", verdict());
+    begin(Operation::SET_ATTACHMENT, "m", "c");
+    tell(Method::SET, "m", "c");
+    EXPECT_EQ(WHO + ": an attachment without a coming", verdict());
+}
+
+TEST_F(JudgeTest, SecondRefusalOfARefusedRegistrationMayCountOrNot)
+{
+    begin(Operation::REGISTER);
+    tell(Method::ADDED);
+    tell(Method::SET, "k", "a", -1);
+    begin(Operation::SET_ATTACHMENT, "m", "b");
+    tell(Method::SET, "m", "b", -1);
+    end(true, -1);
+    tell(Method::REMOVED);
+    end(false, -1);
+    EXPECT_EQ("legal", verdict());
+}
+
 TEST_F(JudgeTest, StoppedDelegate)
 {
     met();
