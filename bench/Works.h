@@ -1,0 +1,422 @@
+#ifndef BENCH_WORKS_H
+#define BENCH_WORKS_H
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "Load.h"
+
+// The works that are measured, written once for all systems. A system S has
+//   Text                       the type in which its users hold names, keys and values
+//   Driver                     its counted pointer to a driver; make(name, type) makes one
+//   Found                      what a query fills
+//   add, remove, set, lookUp, query, listen, unlisten
+//   Group                      a subject with observers of its own: observe, accept, refuse
+
+/// One work on one system at one size, ready to be run.
+class Work
+{
+public:
+    Work() = default;
+    Work(Work const&) = delete;
+    Work& operator=(Work const&) = delete;
+    virtual ~Work() = default;
+
+    virtual void run(unsigned operations) = 0;
+    /// Whether everything asked for was done, and every listener told exactly as often as it
+    /// should have been.
+    virtual bool isRight() const = 0;
+};
+
+/// A registry with N drivers.
+template <class S> class Scene
+{
+public:
+    using Text = typename S::Text;
+
+    explicit Scene(unsigned n)
+    {
+        for (unsigned zone = 0; zone < load::ZONES; ++zone)
+            zones.emplace_back(load::zone(zone).c_str());
+        drivers.reserve(n);
+        fill(n);
+    }
+    ~Scene()
+    {
+        for (auto const& driver : drivers)
+            system.remove(driver);
+    }
+    Scene(Scene const&) = delete;
+    Scene& operator=(Scene const&) = delete;
+
+    unsigned size() const { return static_cast<unsigned>(drivers.size()); }
+
+    /// Adds the next `n` drivers.
+    void fill(unsigned n)
+    {
+        const unsigned end = size() + n;
+        for (unsigned i = size(); i < end; ++i) {
+            const Text name(load::name(i).c_str());
+            drivers.push_back(S::make(name, load::E1T1));
+            system.add(drivers.back());
+            system.set(name, ZONE, zones[load::zoneOf(i)]);
+            system.set(name, STATE, IDLE);
+        }
+    }
+
+    /// The names of at most `most` drivers in random order, in texts of their own.
+    std::vector<Text> someNames(unsigned most) const
+    {
+        std::vector<Text> names;
+        for (unsigned i : load::shuffled(size())) {
+            if (names.size() == most)
+                break;
+            names.emplace_back(load::name(i).c_str());
+        }
+        return names;
+    }
+
+    const Text ZONE{load::ZONE};
+    const Text STATE{load::STATE};
+    const Text IDLE{load::IDLE};
+    const Text BUSY{load::BUSY};
+    std::vector<Text> zones;
+    S system;
+    std::vector<typename S::Driver> drivers;
+};
+
+/// The scene of that size; kept for the next work, which leaves it as it found it, to the end of
+/// the process.
+template <class S> std::shared_ptr<Scene<S>> sceneOf(unsigned n)
+{
+    static auto& kept = *new std::shared_ptr<Scene<S>>;
+    if (kept == nullptr || kept->size() != n) {
+        kept.reset();
+        kept = std::make_shared<Scene<S>>(n);
+    }
+    return kept;
+}
+
+/// L listeners and what they were told.
+template <class S> class Audience
+{
+public:
+    Audience(S& system, unsigned l) : system_(system), told_(l) {}
+    ~Audience()
+    {
+        for (std::string const& name : names_)
+            system_.unlisten(name);
+    }
+    Audience(Audience const&) = delete;
+    Audience& operator=(Audience const&) = delete;
+
+    /// Registers the next listener, and forgets what it was told meanwhile.
+    void join(load::Criteria criteria)
+    {
+        const std::size_t number = names_.size();
+        criteria.name = "listener " + std::to_string(number);
+        criteria.priority = static_cast<unsigned>(number % 4);
+        system_.listen(criteria, told_[number]);
+        names_.push_back(criteria.name);
+        told_[number] = load::Told();
+    }
+
+    bool allHeard(load::Told const& expected) const
+    {
+        for (load::Told const& told : told_)
+            if (!(told == expected))
+                return false;
+        return true;
+    }
+
+private:
+    S& system_;
+    std::vector<load::Told> told_;
+    std::vector<std::string> names_;
+};
+
+/// W1: looks a driver up by its name, takes a reference and gives it back.
+template <class S> class LookUp final : public Work
+{
+public:
+    LookUp(unsigned n, unsigned) : scene_(sceneOf<S>(n)), names_(scene_->someNames(n)) {}
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i) {
+            found_ += scene_->system.lookUp(names_[next_]) ? 1 : 0;
+            next_ = next_ + 1 == names_.size() ? 0 : next_ + 1;
+        }
+    }
+    bool isRight() const override { return found_ == done_; }
+
+private:
+    const std::shared_ptr<Scene<S>> scene_;
+    const std::vector<typename S::Text> names_;
+    std::size_t next_ = 0;
+    std::uint64_t done_ = 0;
+    std::uint64_t found_ = 0;
+};
+
+/// The same by a C text, of which a text is made each time.
+template <class S> class LookUpByCText final : public Work
+{
+public:
+    LookUpByCText(unsigned n, unsigned) : scene_(sceneOf<S>(n))
+    {
+        for (unsigned i : load::shuffled(n))
+            names_.push_back(load::name(i));
+    }
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i) {
+            found_ += scene_->system.lookUp(typename S::Text(names_[next_].c_str())) ? 1 : 0;
+            next_ = next_ + 1 == names_.size() ? 0 : next_ + 1;
+        }
+    }
+    bool isRight() const override { return found_ == done_; }
+
+private:
+    const std::shared_ptr<Scene<S>> scene_;
+    std::vector<std::string> names_;
+    std::size_t next_ = 0;
+    std::uint64_t done_ = 0;
+    std::uint64_t found_ = 0;
+};
+
+/// W2, W3: adds a driver and removes it, with L listeners that all match or none of which does.
+template <class S, bool MATCHING> class AddRemove final : public Work
+{
+public:
+    AddRemove(unsigned n, unsigned l) : scene_(sceneOf<S>(n)), audience_(scene_->system, l)
+    {
+        for (unsigned i = 0; i < l; ++i)
+            audience_.join(criteria(i));
+        for (unsigned line = 0; line < 64; ++line)
+            guests_.push_back(
+                S::make(typename S::Text(load::nameOn(99, line).c_str()), load::E1T1));
+    }
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i) {
+            typename S::Driver const& guest = guests_[next_];
+            added_ += scene_->system.add(guest) ? 1 : 0;
+            scene_->system.remove(guest);
+            next_ = (next_ + 1) % guests_.size();
+        }
+    }
+    bool isRight() const override
+    {
+        load::Told expected;
+        if (MATCHING)
+            expected.added = expected.removed = done_;
+        return added_ == done_ && audience_.allHeard(expected);
+    }
+
+private:
+    /// Half of those that don't match ask for another type, half for other names.
+    static load::Criteria criteria(unsigned i)
+    {
+        load::Criteria criteria;
+        criteria.type = MATCHING ? load::E1T1 : i % 2 == 0 ? load::FXS : load::ANY;
+        criteria.prefix = MATCHING ? "e1t1 " : "fxs ";
+        return criteria;
+    }
+
+    const std::shared_ptr<Scene<S>> scene_;
+    Audience<S> audience_;
+    std::vector<typename S::Driver> guests_;
+    std::size_t next_ = 0;
+    std::uint64_t done_ = 0;
+    std::uint64_t added_ = 0;
+};
+
+/// W4: changes one attachment from one value to another, with L listeners that are selected by the
+/// name and another attachment; each hears that the old value is gone and of the new one.
+template <class S> class Change final : public Work
+{
+public:
+    Change(unsigned n, unsigned l)
+        : scene_(sceneOf<S>(n)), audience_(scene_->system, l), names_(scene_->someNames(1024))
+    {
+        load::Criteria criteria;
+        criteria.prefix = "e1t1 ";
+        criteria.key = load::ZONE;
+        criteria.value = "zone-";
+        for (unsigned i = 0; i < l; ++i)
+            audience_.join(criteria);
+    }
+    ~Change() override
+    {
+        for (auto const& name : names_)
+            scene_->system.set(name, scene_->STATE, scene_->IDLE);
+    }
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i) {
+            changed_ += scene_->system.set(names_[next_], scene_->STATE,
+                                           busy_ ? scene_->IDLE : scene_->BUSY)
+                            ? 1
+                            : 0;
+            if (++next_ == names_.size()) {
+                next_ = 0;
+                busy_ = !busy_;
+            }
+        }
+    }
+    bool isRight() const override
+    {
+        load::Told expected;
+        expected.set = expected.cleared = done_;
+        return changed_ == done_ && audience_.allHeard(expected);
+    }
+
+private:
+    const std::shared_ptr<Scene<S>> scene_;
+    Audience<S> audience_;
+    const std::vector<typename S::Text> names_;
+    std::size_t next_ = 0;
+    bool busy_ = false;
+    std::uint64_t done_ = 0;
+    std::uint64_t changed_ = 0;
+};
+
+/// W5: finds the drivers whose name and attachment begin as asked. Narrow: an eighth of one card,
+/// N/512. Broad: an eighth of all.
+template <class S, bool NARROW> class Query final : public Work
+{
+public:
+    Query(unsigned n, unsigned) : scene_(sceneOf<S>(n)), prefix_(NARROW ? "e1t1 12 " : "e1t1 ")
+    {
+        const std::string card(NARROW ? "e1t1 12 " : "e1t1 ");
+        for (unsigned i = 0; i < n; ++i)
+            if (load::zoneOf(i) == 0 && load::name(i).compare(0, card.size(), card) == 0)
+                ++expected_;
+    }
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i)
+            found_ += scene_->system.query(prefix_, scene_->ZONE, scene_->zones[0], hits_);
+    }
+    bool isRight() const override { return expected_ > 0 && found_ == done_ * expected_; }
+
+private:
+    const std::shared_ptr<Scene<S>> scene_;
+    const typename S::Text prefix_;
+    typename S::Found hits_;
+    std::uint64_t expected_ = 0;
+    std::uint64_t done_ = 0;
+    std::uint64_t found_ = 0;
+};
+
+/// W6: tells L observers, who may refuse, of new timeslots. Accepted by all; or refused by the
+/// last, and told back to the others.
+template <class S, bool REFUSED> class Broadcast final : public Work
+{
+public:
+    Broadcast(unsigned, unsigned l) : told_(l)
+    {
+        for (unsigned i = 0; i < l; ++i)
+            group_.observe(i, REFUSED && i + 1 == l, told_[i]);
+    }
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i)
+            accepted_ += group_.announce() ? 1 : 0;
+    }
+    bool isRight() const override
+    {
+        if (accepted_ != (REFUSED && !told_.empty() ? 0 : done_))
+            return false;
+        for (std::size_t i = 0; i < told_.size(); ++i) {
+            load::Told expected;
+            expected.added = done_;
+            expected.removed = REFUSED && i + 1 < told_.size() ? done_ : 0;
+            if (!(told_[i] == expected))
+                return false;
+        }
+        return true;
+    }
+
+private:
+    std::vector<load::Told> told_;
+    typename S::Group group_;
+    std::uint64_t done_ = 0;
+    std::uint64_t accepted_ = 0;
+};
+
+/// W7: registers a listener over N drivers that match, and removes it.
+template <class S> class Register final : public Work
+{
+public:
+    Register(unsigned n, unsigned) : scene_(sceneOf<S>(n)), n_(n)
+    {
+        criteria_.name = "visitor";
+        criteria_.type = load::E1T1;
+        criteria_.prefix = "e1t1 ";
+    }
+
+    void run(unsigned operations) override
+    {
+        done_ += operations;
+        for (unsigned i = 0; i < operations; ++i) {
+            scene_->system.listen(criteria_, told_);
+            scene_->system.unlisten(criteria_.name);
+        }
+    }
+    bool isRight() const override
+    {
+        load::Told expected;
+        expected.added = expected.removed = done_ * n_;
+        return told_ == expected;
+    }
+
+private:
+    const std::shared_ptr<Scene<S>> scene_;
+    load::Criteria criteria_;
+    load::Told told_;
+    const std::uint64_t n_;
+    std::uint64_t done_ = 0;
+};
+
+/// Adds drivers with their attachments to an empty registry with L listeners that match: for what
+/// they take of the heap.
+template <class S> class Fill final : public Work
+{
+public:
+    Fill(unsigned n, unsigned l) : scene_(0), audience_(scene_.system, l)
+    {
+        load::Criteria criteria;
+        criteria.prefix = "e1t1 ";
+        for (unsigned i = 0; i < l; ++i)
+            audience_.join(criteria);
+        scene_.drivers.reserve(n);
+    }
+
+    void run(unsigned operations) override { scene_.fill(operations); }
+    bool isRight() const override
+    {
+        load::Told expected;
+        expected.added = scene_.size();
+        expected.set = 2 * expected.added;
+        return audience_.allHeard(expected);
+    }
+
+private:
+    Scene<S> scene_;
+    Audience<S> audience_;
+};
+
+#endif
