@@ -109,12 +109,11 @@ Record::Entries::ConstIterator Record::find(Listener const* l) const
     return const_cast<DriverWrapper*>(this)->find(l);
 }
 
-/// The listener's entry, sought from `hint` in both directions at once: who walks the repository's
-/// list finds the next one there in a step or two, also among equals, whose order may differ.
+/// The listener's entry, sought around that of another, `hint`, in both directions at once: who
+/// walks the repository's list finds the next one there in a step or two, also among equals, whose
+/// order may differ.
 Record::Entry Record::findNear(Entry hint, Listener const* l)
 {
-    if (hint != listeners_.end() && hint->listener() == l)
-        return hint;
     Entry up = hint;
     Entry down = hint;
     while (up != listeners_.end() || down != listeners_.begin()) {

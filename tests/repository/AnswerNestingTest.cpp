@@ -152,4 +152,76 @@ TEST_F(AnswerNesting, ChangeOfAnotherKeyEndsWithALookAtTheMatches)
     EXPECT_EQ("d k= j=(A B C); A B L C", left());
 }
 
+/// Driver x leaves from inside what happens at `moment`; freed with the outermost operation, its
+/// destructor does something that the answer must know of.
+struct AnswerAfterFreeing : AnswerNesting
+{
+    void freeing(char const* moment, Story::Reaction last)
+    {
+        add("x");
+        told();
+        drop("x");
+        told();
+        story().on(moment, [this] { remove("x"); });
+        story().on("x.gone", std::move(last));
+    }
+};
+
+TEST_F(AnswerAfterFreeing, TheAddedDriverIsTakenOut)
+{
+    freeing("A+d", [this] { remove("d"); });
+    add("d");
+    EXPECT_EQ("[add d: A+d[remove x: C-x B-x A-x] B+d C+d x.gone[remove d: C-d B-d A-d] "
+              "-1<Driver 'd' does not exist>]",
+              told());
+    EXPECT_EQ(" ADDING DRIVER 'd' FAILED: Driver 'd' does not exist\n", monitor().takeFailures());
+}
+
+TEST_F(AnswerAfterFreeing, TheRefusedDriverIsAddedAnew)
+{
+    freeing("A+d", [this] { add("d"); });
+    observer("B").refuse("d", "no");
+    add("d");
+    EXPECT_EQ("[add d: A+d[remove x: C-x B-x A-x] B!d A-d x.gone[add d: A+d B+d C+d ok] ok]",
+              told());
+}
+
+TEST_F(AnswerAfterFreeing, TheNewListenerIsTakenOut)
+{
+    present();
+    freeing("L+d", [this] { unlisten("L"); });
+    listen("L", 50);
+    EXPECT_EQ("[listen L: L+d[remove x: C-x B-x A-x] x.gone[unlisten L: L-d] "
+              "-1<Driver repository observer 'L' does not exist>]",
+              told());
+    EXPECT_EQ(" ADDING LISTENER 'L' FAILED: Driver repository observer 'L' does not exist\n",
+              monitor().takeFailures());
+}
+
+TEST_F(AnswerAfterFreeing, TheNewListenerIsReplaced)
+{
+    present();
+    freeing("L+d", [this] {
+        unlisten("L");
+        listen("L", 50);
+    });
+    listen("L", 50);
+    EXPECT_EQ("[listen L: L+d[remove x: C-x B-x A-x] x.gone[unlisten L: L-d][listen L: L+d ok] "
+              "-1<Driver repository observer 'L' does not exist>]",
+              told());
+    EXPECT_EQ("d(A B C L); A B C L", left());
+}
+
+TEST_F(AnswerAfterFreeing, TheChangedDriverIsTakenOut)
+{
+    present();
+    freeing("A+k=1", [this] { remove("d"); });
+    attach("k=1");
+    EXPECT_EQ("[k=1: A+k=1[remove x: C-x B-x A-x] B+k=1 C+k=1 x.gone[remove d: C-d B-d A-d] "
+              "-1<Driver 'd' does not exist>]",
+              told());
+    EXPECT_EQ(" SETTING DRIVER 'd' ATTACHMENT k=1 FAILED: Driver 'd' does not exist\n",
+              monitor().takeFailures());
+}
+
 } // namespace
