@@ -158,10 +158,16 @@ void Judge::endAddDriver(Frame const& frame, Outcome const& outcome, Look const&
         violation("addDriver succeeds with the text " + quoted(outcome.text));
 }
 
+/// Who joined through a change of an attachment and refused its snapshot never hears of the going.
+bool Judge::isOwedGoing(Pair const& known)
+{
+    return known.in && !(known.refused && known.byChange);
+}
+
 void Judge::endRemoveDriver(Frame const& frame)
 {
     for (auto const& entry : pairs_)
-        if (entry.second.in && entry.second.coming < frame.serial &&
+        if (isOwedGoing(entry.second) && entry.second.coming < frame.serial &&
             drivers_[static_cast<std::size_t>(entry.first.second)].name == frame.call.name &&
             !registrations_[static_cast<std::size_t>(entry.first.first)].muted)
             violation(describe(entry.first.first, entry.first.second) +
@@ -193,7 +199,7 @@ void Judge::endUnregister(Frame const& frame)
     for (int leaving : frame.leaving)
         registrations_[static_cast<std::size_t>(leaving)].dead = true;
     for (auto const& entry : pairs_)
-        if (contains(frame.leaving, entry.first.first) && entry.second.in &&
+        if (contains(frame.leaving, entry.first.first) && isOwedGoing(entry.second) &&
             !registrations_[static_cast<std::size_t>(entry.first.first)].muted)
             violation(describe(entry.first.first, entry.first.second) +
                       ": not told the going when its removal returned");
@@ -317,7 +323,7 @@ void Judge::endTell(Outcome const& outcome)
 void Judge::hearAdded(int registration, int driver, Look const& look)
 {
     Pair& known = pair(registration, driver);
-    if (known.in && !(known.refused && known.byChange))
+    if (isOwedGoing(known))
         violation(describe(registration, driver) + ": a second coming");
     if (look.driver != driver)
         violation(describe(registration, driver) + ": told the coming of who is not there");

@@ -225,6 +225,7 @@ private:
     bool dependsOn(int registration, std::string const& key) const;
     void abort(long operation);
     void refuse(Frame const& frame, bool threw);
+    static bool isOwedGoing(Pair const& known);
 
     bool matches(Registration const& registration, Driver const& driver, Table const& table,
                  bool without, std::string const& key) const;

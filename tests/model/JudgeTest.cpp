@@ -400,6 +400,18 @@ TEST_F(JudgeTest, SecondRefusalOfARefusedRegistrationMayCountOrNot)
     EXPECT_EQ("legal", verdict());
 }
 
+TEST_F(JudgeTest, RemovalFromInsideTheRollBackOfAJoinersRefusal)
+{
+    begin(Operation::SET_ATTACHMENT, "k", "a");
+    tell(Method::ADDED);
+    tell(Method::SET, "m", "b", -1);
+    begin(Operation::UNREGISTER);
+    end(false);
+    begin(Operation::REMOVE_DRIVER);
+    end(false);
+    EXPECT_EQ("legal", verdict());
+}
+
 TEST_F(JudgeTest, StoppedDelegate)
 {
     met();
