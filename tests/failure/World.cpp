@@ -351,9 +351,9 @@ void World::listen(char const* name)
     Listening& listening = this->listening(name);
     ListenerPlan const& plan = plans_.at(text(name).cString());
     const XCode rc = repository_->addDriverRepositoryObserver(
-        error, text(name), plan.terms.did_, plan.terms.iid_, plan.terms.prefix_,
-        plan.terms.attributes_, plan.priority, plan.terms.veto_, plan.terms.snapshot_,
-        listening.delegate.get());
+        error, text(name), plan.terms.did(), plan.terms.iid(), plan.terms.prefix(),
+        plan.terms.attributes(), plan.priority, plan.terms.hasRightOfVeto(),
+        plan.terms.wantsSnapshot(), listening.delegate.get());
     note(rc, error);
 }
 
@@ -363,8 +363,8 @@ void World::listenPlainly(char const* name)
     Listening& listening = this->listening(name);
     ListenerPlan const& plan = plans_.at(text(name).cString());
     const XCode rc = repository_->addDriverRepositoryObserver(
-        error, text(name), plan.terms.did_, plan.terms.iid_, plan.terms.prefix_, plan.priority,
-        plan.terms.veto_, plan.terms.snapshot_, &listening);
+        error, text(name), plan.terms.did(), plan.terms.iid(), plan.terms.prefix(), plan.priority,
+        plan.terms.hasRightOfVeto(), plan.terms.wantsSnapshot(), &listening);
     note(rc, error);
 }
 
@@ -507,7 +507,7 @@ std::string World::liesTold() const
         if (listeners_.count(at.what.substr(0, at.what.find_first_of("+-"))) != 0)
             judge.hear(at.what, at.failed);
         for (auto const& plan : plans_)
-            if (!at.isOurs() && mayMissGoings && !plan.second.terms.attributes_.isEmpty())
+            if (!at.isOurs() && mayMissGoings && !plan.second.terms.attributes().isEmpty())
                 judge.doubt(plan.first);
     }
     return judge.verdict();

@@ -132,11 +132,9 @@ TEST_F(ExplainIf, WithoutADelegateNothingIsToldAndAStoppedOneSwallowsIt)
     add("fxs 1");
     const TYPtr<TestDelegate> delegate(new TestDelegate(nullptr));
     TestDelegate* const none = nullptr;
-    for (char const* name : {"with", "without"})
-        repository().addDriverRepositoryObserver(
-            error_, name, TOVA_UUID::INVALID(), TOVA_UUID::INVALID(), "",
-            Terms().attribute("k", "1").attributes_, 1, false, false,
-            name == std::string("with") ? delegate.get() : none);
+    const Terms terms = Terms().attribute("k", "1");
+    terms.listen(error_, repository(), "with", delegate.get());
+    terms.listen(error_, repository(), "without", none);
     EXPECT_EQ("joins: added fxs 1;", foretold("with", "k", "1"));
     EXPECT_EQ("joins:", foretold("without", "k", "1"));
     attach("fxs 1", "k", "1");

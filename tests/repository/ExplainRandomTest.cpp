@@ -94,8 +94,7 @@ public:
     {
         const std::uint32_t who = below(rng, 3);
         const std::uint32_t listener = below(rng, 4);
-        const Terms terms = randomTerms(rng);
-        const std::uint32_t priority = below(rng, 3);
+        const Terms terms = randomTerms(rng).priority(below(rng, 3));
         String error;
         switch (below(rng, 6)) {
         case 0:
@@ -111,10 +110,7 @@ public:
             repository().removeDriverRepositoryObserver(LISTENERS[listener]);
             break;
         default:
-            repository().addDriverRepositoryObserver(error, LISTENERS[listener], terms.did_,
-                                                     terms.iid_, terms.prefix_, terms.attributes_,
-                                                     priority, terms.veto_, terms.snapshot_,
-                                                     observers_[listener].get());
+            terms.listen(error, repository(), LISTENERS[listener], observers_[listener].get());
         }
         log_.take();
     }
@@ -208,8 +204,8 @@ bool talksTo(Fickle& driver, std::vector<std::pair<char const*, char const*>> co
     String error;
     for (auto const& at : attachments)
         record.setAttachment(error, at.first, at.second);
-    const CDriverRepository::Listener listener("x", terms.did_, terms.iid_, terms.prefix_,
-                                               terms.attributes_, 0, false, false, nullptr);
+    const CDriverRepository::Listener listener("x", terms.did(), terms.iid(), terms.prefix(),
+                                               terms.attributes(), 0, false, false, nullptr);
     return record.talksTo(&listener);
 }
 
@@ -233,9 +229,7 @@ TEST(ExplainRandom, SelectedIsWhatTalksToSays)
                                                   attachments.back().second);
         }
         const Terms terms = randomTerms(rng);
-        repository.get()->addDriverRepositoryObserver(error, "x", terms.did_, terms.iid_,
-                                                      terms.prefix_, terms.attributes_, 0, false,
-                                                      false, &observer);
+        terms.listen(error, *repository, "x", &observer);
         for (bool& offers : driver.get()->offers)
             offers = below(rng, 2) == 0;
         Explanation explanation;

@@ -47,8 +47,8 @@ protected:
     {
         const TYPtr<TestDelegate> delegate(new TestDelegate(&observer(name)));
         listeners_.push_back(std::make_unique<Listener>(
-            name.c_str(), terms.did_, terms.iid_, terms.prefix_, terms.attributes_, priority,
-            terms.veto_, terms.snapshot_, delegate.get()));
+            name.c_str(), terms.did(), terms.iid(), terms.prefix(), terms.attributes(), priority,
+            terms.hasRightOfVeto(), terms.wantsSnapshot(), delegate.get()));
         return listeners_.back().get();
     }
 

@@ -9,37 +9,14 @@
 
 #include <utility/InfoContainer.h>
 
+#include <drvrepo/ListenerTerms.h>
 #include <drvrepo/testkit/RecordingObserver.h>
 #include <drvrepo/testkit/TestDriver.h>
 
 #include <support/RecordingMonitor.h>
 #include <support/TestRepository.h>
 
-/// A listener's criteria and rights, by default: every driver, no veto, no snapshot.
-/// Written as `Terms().prefix("e1").veto()`.
-class Terms
-{
-public:
-    using Attributes = IDriverRepository::Attributes;
-
-    Terms& did(TOVA_UUID const& did) { return did_ = did, *this; }
-    Terms& iid(TOVA_UUID const& iid) { return iid_ = iid, *this; }
-    Terms& prefix(char const* prefix) { return prefix_ = prefix, *this; }
-    Terms& attribute(char const* key, char const* value)
-    {
-        attributes_.put(key, value);
-        return *this;
-    }
-    Terms& veto() { return veto_ = true, *this; }
-    Terms& snapshot() { return snapshot_ = true, *this; }
-
-    TOVA_UUID did_;
-    TOVA_UUID iid_;
-    String prefix_;
-    Attributes attributes_;
-    bool veto_ = false;
-    bool snapshot_ = false;
-};
+using Terms = ListenerTerms;
 
 /// A repository, its drivers and observers by name, and what was heard and logged. At the end
 /// everything is taken out, and nobody may be left holding a reference.
@@ -81,8 +58,8 @@ protected:
     XCode listen(std::string const& name, unsigned priority, Terms const& terms = Terms())
     {
         return repository().addDriverRepositoryObserver(
-            error_, name.c_str(), terms.did_, terms.iid_, terms.prefix_, terms.attributes_,
-            priority, terms.veto_, terms.snapshot_, &observer(name));
+            error_, name.c_str(), terms.did(), terms.iid(), terms.prefix(), terms.attributes(),
+            priority, terms.hasRightOfVeto(), terms.wantsSnapshot(), &observer(name));
     }
     /// Registers with the right of veto an observer that refuses every driver.
     XCode refuse(std::string const& name, unsigned priority, std::string const& text)

@@ -91,9 +91,8 @@ public:
     {
         const Story::Call call(story_, "listen " + name + ":");
         String error("left over");
-        const XCode rc = repository_->addDriverRepositoryObserver(
-            error, name.c_str(), terms.did_, terms.iid_, terms.prefix_, terms.attributes_, priority,
-            terms.veto_, terms.snapshot_, &observer(name));
+        const XCode rc = Terms(terms).priority(priority).listen(error, *repository_, name.c_str(),
+                                                                &observer(name));
         tell(rc, error);
     }
     void unlisten(std::string const& name)
