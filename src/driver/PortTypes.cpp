@@ -1,6 +1,6 @@
-#include <drvrepo/IDriver.h>
-
 #include <initializer_list>
+
+#include <drvrepo/IDriver.h>
 
 char const* const IDriver::Port::E1T1 = "e1t1";
 char const* const IDriver::Port::BRI = "bri";

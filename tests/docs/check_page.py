@@ -14,6 +14,8 @@ import subprocess
 import sys
 import tempfile
 
+sys.dont_write_bytecode = True  # leave nothing in the tree
+
 import blocks
 
 LINK = re.compile(r"!?\[[^\]]*\]\(([^)\s]+)\)")

@@ -9,6 +9,8 @@ import pathlib
 import re
 import sys
 
+sys.dont_write_bytecode = True  # leave nothing in the tree
+
 import blocks
 
 INCLUDE = re.compile(r"^\s*#\s*include\b")
