@@ -11,11 +11,6 @@ namespace
 
 using Explainer = CDriverRepository::Explainer;
 
-XCode failDriver(String& error, String const& name)
-{
-    return failWith(error, [&] { error.format("Driver '%s' does not exist", name.cString()); });
-}
-
 XCode failListener(String& error, String const& name)
 {
     return failWith(error, [&] {
@@ -49,13 +44,13 @@ XCode Explainer::lookAtPair(String& error, CDriverRepository const& repository,
     return answer(error, [&] {
         DriverWrapper const* const record = repository.recordOf(driverName);
         if (record == nullptr)
-            return failDriver(error, driverName);
+            return failUnknown(error, driverName);
         Listener const* const l = listenerNamed(repository, listenerName);
         if (l == nullptr)
             return failListener(error, listenerName);
         look(Explainer(*record, *l));
         if (record->gone_) // the driver may have called in
-            return failDriver(error, driverName);
+            return failUnknown(error, driverName);
         return l->gone_ ? failListener(error, listenerName) : XCode();
     });
 }
@@ -68,7 +63,7 @@ XCode Explainer::lookAtDriver(String& error, CDriverRepository const& repository
     return answer(error, [&] {
         DriverWrapper const* const record = repository.recordOf(name);
         if (record == nullptr)
-            return failDriver(error, name);
+            return failUnknown(error, name);
         const Stamp began = repository.clock_;
         TOVA_List<Explanation> found;
         for (ListenerWrapper const& entry : record->listeners_)
@@ -79,7 +74,7 @@ XCode Explainer::lookAtDriver(String& error, CDriverRepository const& repository
                 record->find(entry.listener()) == record->listeners_.end())
                 append(found, *record, *entry.listener());
         if (record->gone_)
-            return failDriver(error, name);
+            return failUnknown(error, name);
         explanations.swap(found);
         return XCode();
     });
