@@ -23,12 +23,12 @@ bool Record::meets(TOVA_UUID const& did, String const& prefix, Attributes const&
 
 bool Record::hasDID(TOVA_UUID const& did) const
 {
-    return did == TOVA_UUID::INVALID() || getDID() == did;
+    return !did.isValid() || getDID() == did;
 }
 
 bool Record::offers(TOVA_UUID const& iid) const
 {
-    return iid == TOVA_UUID::INVALID() ||
+    return !iid.isValid() ||
            (driver_.get() != nullptr && driver_->queryInterface(iid, nullptr).code() == 0);
 }
 

@@ -34,6 +34,15 @@ void String::StringBuffer::destroy()
     ::operator delete(this);
 }
 
+std::uint32_t String::StringBuffer::makeHash() const
+{
+    std::uint32_t h = 0;
+    for (char const* at = text(); at != text() + length_; ++at)
+        h = h ^ static_cast<unsigned char>(*at) ^ (h << 5);
+    hash_.store(h, std::memory_order_relaxed);
+    return h;
+}
+
 String::String(char const* text) : String(joined(text, lengthOf(text), nullptr, 0)) {}
 
 String::String(char const* text, long start, long count)

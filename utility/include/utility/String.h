@@ -1,6 +1,7 @@
 #ifndef UTILITY_STRING_H
 #define UTILITY_STRING_H
 
+#include <atomic>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
@@ -22,8 +23,8 @@
 class UTILITY_EXPORT String
 {
 public:
-    /// Count, length and characters in one block. The characters end in a NUL that the length
-    /// does not count.
+    /// Count, length, hash and characters in one block. The characters end in a NUL that the
+    /// length does not count.
     class UTILITY_EXPORT StringBuffer
     {
     public:
@@ -41,6 +42,12 @@ public:
         /// @}
         /// Number of characters, without the closing NUL.
         std::uint32_t length() const { return length_; }
+        /// See String::hash.
+        std::uint32_t hash() const
+        {
+            const std::uint32_t known = hash_.load(std::memory_order_relaxed);
+            return known != 0 ? known : makeHash();
+        }
         /// @{
         /// The characters.
         char* text() { return reinterpret_cast<char*>(this + 1); }
@@ -53,9 +60,12 @@ public:
 
         constexpr explicit StringBuffer(std::uint32_t length) : length_(length) {}
         void destroy();
+        std::uint32_t makeHash() const;
 
         AtomicRefCount refs_;
         std::uint32_t length_;
+        // 0 until somebody asks. Threads that share the text all store the same.
+        mutable std::atomic<std::uint32_t> hash_{0};
     };
 
     /// A text in static storage that a String can refer to without allocating. Its own reference
@@ -127,6 +137,9 @@ public:
     long length() const { return static_cast<long>(buffer_->length()); }
     /// Whether the length is 0.
     bool isEmpty() const { return buffer_->length() == 0; }
+    /// h = h XOR c XOR (h << 5) over the bytes, from 0; so 0 for the empty text. Computed once for
+    /// all that share the text.
+    std::uint32_t hash() const { return buffer_->hash(); }
 
     /// Appends a string.
     String& concat(String const& other);

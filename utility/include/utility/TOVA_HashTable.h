@@ -330,18 +330,11 @@ private:
     std::unique_ptr<ChainLink[]> buckets_;
 };
 
-/// h = h XOR c XOR (h << 5) over the bytes of a text, from 0; so 0 for the empty text.
+/// The hash that every text knows of itself.
 struct StringHash
 {
-    /// The hash of a text.
-    std::uint32_t operator()(String const& text) const
-    {
-        std::uint32_t h = 0;
-        char const* const end = text.cString() + text.length();
-        for (char const* at = text.cString(); at != end; ++at)
-            h = h ^ static_cast<unsigned char>(*at) ^ (h << 5);
-        return h;
-    }
+    /// See String::hash.
+    std::uint32_t operator()(String const& text) const { return text.hash(); }
 };
 
 /// Equal when both share a buffer, or have the same length and bytes.

@@ -72,6 +72,12 @@ public:
     }
     bool operator!=(TOVA_UUID const& other) const { return !(*this == other); }
     /// @}
+    /// Whether this differs from INVALID.
+    bool isValid() const
+    {
+        return data_ != &s_uuidDataInvalid &&
+               std::memcmp(data_->words, s_uuidDataInvalid.words, sizeof data_->words) != 0;
+    }
 
     /// The record of "no identifier at all".
     static TOVA_UUID_Data s_uuidDataInvalid;
