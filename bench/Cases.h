@@ -41,7 +41,7 @@ template <class S> void addSystem(Cases& cases)
     cases.push_back({"W5-broad", S::name(), n, !l, makeWork<Query<S, false>>});
     cases.push_back({"W6-accepted", S::name(), !n, l, makeWork<Broadcast<S, false>>});
     cases.push_back({"W6-refused", S::name(), !n, l, makeWork<Broadcast<S, true>>});
-    cases.push_back({"W7", S::name(), n, !l, makeWork<Register<S>>});
+    cases.push_back({"W7", S::name(), n, !l, makeWork<Register<S, false>>});
     cases.push_back({FILL, S::name(), n, l, makeWork<Fill<S>>});
 }
 

@@ -63,12 +63,11 @@ void Library::listen(load::Criteria const& criteria, load::Told& told)
     if (!criteria.key.empty())
         attributes.put(criteria.key.c_str(), criteria.value.c_str());
     const bool veto = true;
-    const bool snapshot = false;
     Counter& counter = counters_.try_emplace(criteria.name, told).first->second;
     String error;
     repository_.addDriverRepositoryObserver(
         error, criteria.name.c_str(), didOf(criteria.type), TOVA_UUID::INVALID(),
-        criteria.prefix.c_str(), attributes, criteria.priority, veto, snapshot, &counter);
+        criteria.prefix.c_str(), attributes, criteria.priority, veto, criteria.snapshot, &counter);
 }
 
 void Library::unlisten(std::string const& name)
@@ -159,4 +158,6 @@ void addLibrary(Cases& cases)
     addSystem<Library>(cases);
     const bool grows = true;
     cases.push_back({"W1", LockedLibrary::name(), grows, !grows, makeWork<LookUp<LockedLibrary>>});
+    cases.push_back(
+        {"W7-snapshot", Library::name(), grows, !grows, makeWork<Register<Library, true>>});
 }

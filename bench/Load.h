@@ -37,6 +37,7 @@ struct Criteria
     std::string key;
     std::string value;
     unsigned priority = 0;
+    bool snapshot = false; // whether it is told the attachments with a driver; the library only
 };
 
 constexpr unsigned CARDS = 64;

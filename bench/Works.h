@@ -357,8 +357,9 @@ private:
     std::uint64_t accepted_ = 0;
 };
 
-/// W7: registers a listener over N drivers that match, and removes it.
-template <class S> class Register final : public Work
+/// W7: registers a listener over N drivers that match, and removes it; with or without being told
+/// the two attachments of each.
+template <class S, bool SNAPSHOT> class Register final : public Work
 {
 public:
     Register(unsigned n, unsigned) : scene_(sceneOf<S>(n)), n_(n)
@@ -366,6 +367,7 @@ public:
         criteria_.name = "visitor";
         criteria_.type = load::E1T1;
         criteria_.prefix = "e1t1 ";
+        criteria_.snapshot = SNAPSHOT;
     }
 
     void run(unsigned operations) override
@@ -380,6 +382,7 @@ public:
     {
         load::Told expected;
         expected.added = expected.removed = done_ * n_;
+        expected.set = expected.cleared = SNAPSHOT ? 2 * done_ * n_ : 0;
         return told_ == expected;
     }
 

@@ -1,21 +1,30 @@
 # Sourced by script/bench: what an operation costs, counted.
 
-# orders SYSTEM... <SIZES: each line "WORK N L OPERATIONS" of the input for each system.
+# orders SYSTEM... <SIZES: each line "WORK N L OPERATIONS" of the input for each system; the library
+# alone has W7-snapshot.
 orders() {
     local work n l operations system
     while read -r work n l operations; do
-        for system in "$@"; do echo "$work $system $n $l $operations"; done
+        for system in "$@"; do
+            [ "$work $system" = 'W7-snapshot drvrepo' ] || [ "$work" != W7-snapshot ] || continue
+            echo "$work $system $n $l $operations"
+        done
     done
+}
+
+# profile ORDERS FOLDER: runs them under callgrind; two dumps an order, FOLDER/out.1 and so on.
+profile() {
+    mkdir -p "$2"
+    rm -f "$2"/out*
+    valgrind -q --tool=callgrind --instr-atstart=no --callgrind-out-file="$2/out" \
+        "$build/bin/bench" --count <"$1"
 }
 
 # instructions ORDERS: the orders, each with the instructions of one operation.
 instructions() {
-    local work
-    work=$(mktemp -d)
-    valgrind -q --tool=callgrind --instr-atstart=no --callgrind-out-file="$work/out" \
-        "$build/bin/bench" --count <"$1"
+    profile "$1" "$results/profile"
     awk '/^desc: Trigger: Client Request: / { sub(/.*Request: /, ""); dump = $0 }
-         /^totals: / { print dump, $2 }' $(printf '%s\n' "$work"/out.* | sort -V) |
+         /^totals: / { print dump, $2 }' $(printf '%s\n' "$results"/profile/out.* | sort -V) |
         awk '{ key = $1 " " $2 " " $3 " " $4 " " $5; cost[key, $6] = $7 }
              $6 == 2 { keys[++count] = key }
              END {
@@ -24,7 +33,6 @@ instructions() {
                      print keys[i], (cost[keys[i], 2] - cost[keys[i], 1]) / part[5]
                  }
              }'
-    rm -rf "$work"
 }
 
 # costs ORDERS: "WORK SYSTEM N L INSTRUCTIONS ALLOCATIONS" of each. Not of e1: it allocates by
@@ -44,15 +52,15 @@ all_sizes() {
     cat <<-'SIZES'
 	W1 16 0 500
 	W1 256 0 500
-	W1 4096 0 5000
-	W1 65536 0 20000
+	W1 4096 0 4096
+	W1 65536 0 65536
 	W1-text 256 0 500
 	SIZES
     for work in W2 W3 W4; do
         printf "$work %s\n" '16 10 100' '256 0 100' '256 1 100' '256 10 100' '256 100 50' \
             '65536 0 5000' '65536 10 5000'
     done
-    for work in W5-narrow W5-broad W7; do printf "$work %s\n" '256 0 5' '4096 0 2'; done
+    for work in W5-narrow W5-broad W7 W7-snapshot; do printf "$work %s\n" '256 0 5' '4096 0 2'; done
     for work in W6-accepted W6-refused; do printf "$work %s\n" '16 1 100' '16 10 100' '16 100 50'; done
 }
 
@@ -62,6 +70,7 @@ all_sizes() {
 table() {
     awk -v recorded="${2-}" '
         function key(whose) { return row SUBSEP whose }
+        function whole(n) { return n > 0 ? sprintf("%.0f", n) : "" }
         function judge(work) {
             if (work ~ /^W1/)
                 return cost[key("d2")] < cost[key("d1")] ? "d2" : "d1"
@@ -72,7 +81,7 @@ table() {
           if (!(row in seen)) { seen[row]; rows[++count] = row }
           cost[key($2)] = $5; asked[key($2)] = $6 }
         END {
-            printf "%-12s %6s %4s %10s %10s %10s %10s  %-8s %8s %8s %8s\n", "work", "N", "L",
+            printf "%-12s %6s %4s %10s %10s %10s %10s  %8s %8s %8s %8s\n", "work", "N", "L",
                    "drvrepo", "d1", "d2", "c1", "ratio", "new", "new d1", "change"
             for (i = 1; i <= count; ++i) {
                 row = rows[i]
@@ -83,10 +92,12 @@ table() {
                     change = sprintf("%+.1f %%", percent)
                     dearer = dearer || percent > 2
                 }
-                printf "%-12s %6d %4d %10.0f %10.0f %10.0f %10.0f  %5.2f %s %8s %8s %8s\n", part[1],
-                       part[2], part[3], cost[key("drvrepo")], cost[key("d1")], cost[key("d2")],
-                       cost[key("c1")], cost[key("drvrepo")] / cost[key(judge(part[1]))],
-                       judge(part[1]), asked[key("drvrepo")], asked[key("d1")], change
+                peer = judge(part[1])
+                ratio = cost[key(peer)] > 0 ?
+                        sprintf("%.2f %s", cost[key("drvrepo")] / cost[key(peer)], peer) : ""
+                printf "%-12s %6d %4d %10.0f %10s %10s %10s  %8s %8s %8s %8s\n", part[1], part[2],
+                       part[3], cost[key("drvrepo")], whole(cost[key("d1")]),
+                       whole(cost[key("d2")]), whole(cost[key("c1")]), ratio, asked[key("drvrepo")], asked[key("d1")], change
             }
             exit dearer
         }' ${2:+"$2"} "$1"
@@ -109,24 +120,127 @@ sizes() {
     done
 }
 
+# hot_functions: the functions of the libraries in which an operation of any work spends at least
+# 3 % of its instructions.
+hot_functions() {
+    local work
+    for work in W1 W2 W3 W4 W5-narrow W5-broad W6-accepted W6-refused W7; do
+        echo "$work drvrepo 256 10 20"
+    done >"$results/hot-orders"
+    profile "$results/hot-orders" "$results/hot"
+    for ((i = 1; i <= 2 * $(wc -l <"$results/hot-orders"); i += 2)); do
+        callgrind_annotate "$results/hot/out.$i"
+    done | sed -nE 's/^ *[0-9,]+ \( *([0-9.]+)%\) +[^:]*:(.*) \[.*\/lib(drvrepo|utility)\.so.*/\1 \2/p' |
+        awk '$1 >= 3 { $1 = ""; print substr($0, 2) }' | sort -u
+}
+
+# arm_sizes: "arm LIBRARY BYTES" stripped, and "hot BYTES FUNCTION", built for ARM as delivered.
+arm_sizes() {
+    local name triplet=arm-linux-gnueabihf
+    quiet cmake --preset package-arm -B "$build-arm" -DDRVREPO_TOOLS=OFF -DDRVREPO_INSTALL=OFF
+    quiet cmake --build "$build-arm"
+    for name in drvrepo utility; do
+        $triplet-strip -o "$results/stripped" "$build-arm/lib/lib$name.so"
+        echo "arm lib$name $(stat -c %s "$results/stripped")"
+    done
+    hot_functions >"$results/hot-functions"
+    $triplet-nm -S -C --defined-only "$build-arm"/lib/lib{drvrepo,utility}.so |
+        awk 'NR == FNR { hot[$0]; next }
+             NF > 3 { bytes = $2; $1 = $2 = $3 = ""; name = substr($0, 4)
+                      if (name in hot) print bytes, name }' "$results/hot-functions" - |
+        sort -u | while read -r bytes name; do echo "$((16#$bytes)) $name"; done |
+        awk '{ bytes = $1; sub(/^[0-9]+ /, ""); sum[$0] += bytes }
+             END { for (name in sum) print "hot", sum[name], name }' | sort -k3
+}
+
+# heap_and_sizes: "heap SYSTEM N L BYTES", "size LIBRARY BYTES" and those of ARM.
+heap_and_sizes() {
+    heap | sed 's/^/heap /'
+    sizes | sed 's/^/size /'
+    arm_sizes
+}
+
+# compare FILE RECORDED: the lines, with what was recorded where it differs.
+compare() {
+    awk 'function key() { return $1 == "hot" ? substr($0, length($1 $2) + 3) : $1 == "heap" ? $2 $3 $4 : $1 $2 }
+         function bytes() { return $1 == "hot" ? $2 : $NF }
+         FILENAME == ARGV[1] { if ($1 != "cost" && $1 != "#") was[key()] = bytes(); next }
+         { change = !(key() in was) ? "new" : was[key()] == bytes() ? "" : "was " was[key()]
+           print $0 (change == "" ? "" : "   (" change ")") }' "$2" "$1"
+}
+
+# growth COSTS: how the costs of the library grow with N and L, and as formulas.
+growth() {
+    awk '$2 == "drvrepo" { c[$1, $3, $4] = $5 }
+         function perL(work) { return (c[work, 256, 100] - c[work, 256, 0]) / 100 }
+         function perN(work) { return (c[work, 4096, 0] - c[work, 256, 0]) / 3840 }
+         function perObserver(work) { return (c[work, 16, 100] - c[work, 16, 10]) / 90 }
+         END {
+             printf "look-up                        %d\n", c["W1", 256, 0]
+             printf "look-up by a C text            %d\n", c["W1-text", 256, 0]
+             printf "add + remove                   %d + %d L that match + %d L that don\047t\n",
+                    c["W2", 256, 0], perL("W2"), perL("W3")
+             printf "change an attachment           %d + %d L\n", c["W4", 256, 0], perL("W4")
+             printf "query                          %d N of another name, %d N of that name (1/8 found)\n",
+                    perN("W5-narrow"), perN("W5-broad")
+             printf "broadcast                      %d + %d L\n",
+                    c["W6-accepted", 16, 10] - 10 * perObserver("W6-accepted"), perObserver("W6-accepted")
+             printf "broadcast, refused by the last %d + %d L\n",
+                    c["W6-refused", 16, 10] - 10 * perObserver("W6-refused"), perObserver("W6-refused")
+             printf "register + remove a listener   %d + %d N + %d N A with A attachments told\n",
+                    c["W7", 256, 0] - 256 * perN("W7"), perN("W7"),
+                    (perN("W7-snapshot") - perN("W7")) / 2
+             for (i = 2; i <= 4; ++i)
+                 printf "W%d with L = 100: %.1f times L = 10\n", i,
+                        c["W" i, 256, 100] / c["W" i, 256, 10]
+             printf "W1 with N = 65,536: %.2f times N = 16\n", c["W1", 65536, 0] / c["W1", 16, 0]
+             for (i = 2; i <= 4; i += 2)
+                 printf "W%d with N = 65,536: %.2f times N = 16\n", i,
+                        c["W" i, 65536, 10] / c["W" i, 16, 10]
+         }' "$1"
+}
+
+all_costs() {
+    all_sizes | orders drvrepo d1 d2 c1 >"$results/orders"
+    costs "$results/orders" >"$results/costs"
+    heap_and_sizes >"$results/sizes"
+}
+
+count() {
+    local status=0
+    all_costs
+    table "$results/costs" bench/recorded.txt || status=$?
+    growth "$results/costs"
+    compare "$results/sizes" bench/recorded.txt
+    [ $status -eq 0 ] || echo "An operation has become more than 2 % dearer." >&2
+    return $status
+}
+
+record() {
+    count || true
+    {
+        echo '# Written by script/bench --record; script/bench --count compares with it.'
+        echo '# cost WORK SYSTEM N L INSTRUCTIONS ALLOCATIONS'
+        sed 's/^/cost /' "$results/costs"
+        cat "$results/sizes"
+    } >bench/recorded.txt
+}
+
 quick() {
     all_sizes | awk '$2 == 256 || $1 ~ /^W6/' | orders drvrepo d1 d2 c1 >"$results/orders"
     costs "$results/orders" >"$results/costs"
     table "$results/costs"
-    heap | awk '{ print "heap per driver,", $1, "N", $2, "L", $3 ":", $4 }'
+    heap
     sizes
 }
 
 top() {
-    local out
-    out=$(mktemp -d)
-    echo "$1 drvrepo $2 $3 100" | valgrind -q --tool=callgrind --instr-atstart=no \
-        --callgrind-out-file="$out/out" "$build/bin/bench" --count
+    echo "$1 drvrepo $2 $3 100" >"$results/orders"
+    profile "$results/orders" "$results/profile"
     echo "Instructions of 100 operations, with what the function calls:"
-    callgrind_annotate --inclusive=yes "$out/out.1" | rows 40
+    callgrind_annotate --inclusive=yes "$results/profile/out.1" | rows 40
     echo "and without:"
-    callgrind_annotate "$out/out.1" | rows 20
-    rm -rf "$out"
+    callgrind_annotate "$results/profile/out.1" | rows 20
 }
 
 # rows N: the first N functions of callgrind_annotate's.
