@@ -93,8 +93,9 @@ table() {
                     dearer = dearer || percent > 2
                 }
                 peer = judge(part[1])
-                ratio = cost[key(peer)] > 0 ?
-                        sprintf("%.2f %s", cost[key("drvrepo")] / cost[key(peer)], peer) : ""
+                ratio = ""
+                if (cost[key(peer)] > 0)
+                    ratio = sprintf("%.2f %s", cost[key("drvrepo")] / cost[key(peer)], peer)
                 printf "%-12s %6d %4d %10.0f %10s %10s %10s  %8s %8s %8s %8s\n", part[1], part[2],
                        part[3], cost[key("drvrepo")], whole(cost[key("d1")]),
                        whole(cost[key("d2")]), whole(cost[key("c1")]), ratio, asked[key("drvrepo")], asked[key("d1")], change
