@@ -7,7 +7,7 @@ namespace
 #if defined(__SANITIZE_ADDRESS__)
 const std::uint64_t CALLS = 150000;
 #elif defined(__arm__)
-const std::uint64_t CALLS = 250000; // under an emulator, a tenth as fast
+const std::uint64_t CALLS = 100000; // under an emulator, a tenth as fast
 #elif defined(__OPTIMIZE__)
 const std::uint64_t CALLS = 2500000;
 #else
