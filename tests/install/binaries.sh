@@ -28,11 +28,18 @@ check_library() {
         "$(readelf --dyn-syms -W "$file" | awk '$7 ~ /^[0-9]+$/' | wc -l)" "$(needed "$file")"
 }
 
+# check_exports LIBUTILITY LIBDRVREPO: they export what their maps list, however optimised.
+check_exports() {
+    tests/abi/exports_test.sh utility/utility.map "$1" src/drvrepo.map "$2" >&2 ||
+        wrong "The exports of $1 or $2 are not those that are listed."
+}
+
 # check_libraries FOLDER [LIMIT]: both libraries in FOLDER, together at most LIMIT bytes.
 check_libraries() {
     local folder=$1 limit=${2-} system=(libc.so.6 libgcc_s.so.1 libstdc++.so.6) total
     check_library "$folder/libutility.so.$version" "${system[@]}"
     check_library "$folder/libdrvrepo.so.$version" libutility.so.1 "${system[@]}"
+    check_exports "$folder"/lib{utility,drvrepo}.so."$version"
     total=$(cat "$folder"/lib{utility,drvrepo}.so."$version" | wc -c)
     echo "  together $total bytes${limit:+, at most $limit}"
     [ -z "$limit" ] || [ "$total" -le "$limit" ] || wrong 'The libraries are too large.'
