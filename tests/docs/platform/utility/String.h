@@ -26,7 +26,10 @@ public:
     String& operator=(char const*);
     template <std::size_t SIZE> String& operator=(StaticText<SIZE>&) noexcept;
 
+    class StringBuffer;
+
     static String const& EMPTY();
+    StringBuffer const* buffer() const;
     char const* cString() const;
     long length() const;
     bool isEmpty() const;

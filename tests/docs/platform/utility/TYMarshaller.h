@@ -8,6 +8,7 @@ public:
     {
     public:
         void addTail(void const*, unsigned);
+        unsigned size() const;
     };
 
     TYMarshaller();
@@ -15,6 +16,7 @@ public:
     TYMarshaller& operator=(TYMarshaller const&);
     ~TYMarshaller();
     Buffer& copyOnWrite();
+    Buffer const& buffer() const;
 
 private:
     void* bytes_;
