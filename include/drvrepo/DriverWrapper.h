@@ -99,6 +99,8 @@ private:
     using Attachment = Attributes::Iterator;
 
     enum GoingKind : unsigned int;
+    class Voice;
+    template <class Event> class Loan;
     class Occasion;
     struct Joining;
     struct Leaving;
@@ -132,14 +134,15 @@ private:
     bool isBefore(Entry entry, Entry stop);
 
     // Meeting and leaving a listener.
-    XCode meet(String& error, Listener* l, bool mayKnow, Entry& hint);
+    XCode meet(String& error, Listener* l, bool mayKnow, Entry& hint, Voice& voice);
     XCode welcome(String& error, Joining& joining, GoingKind refused);
     XCode tellAttachments(String& error, Joining& joining);
     XCode tellAttachment(String& error, Joining& joining);
     void tellBack(Joining const& joining, GoingKind refused);
-    void part(Entry entry);
-    void dismiss(Entry entry, String const& key, String const& value);
-    void farewell(Entry entry, Joining const* joining, String const& key, String const& value);
+    void part(Entry entry, Voice& voice);
+    void dismiss(Entry entry, String const& key, String const& value, Voice& voice);
+    void farewell(Entry entry, Joining const* joining, String const& key, String const& value,
+                  Voice& voice);
     bool finishLeaving(Entry entry);
     Leaving* leavingOwing(Entry entry, String const& key);
     void tellRest(Leaving& leaving);

@@ -5,7 +5,15 @@
 
 #include <utility/Export.h>
 
+#include <drvrepo/MON_DRV.h>
+
 // The library's log lines go to the monitor MON_DRV; without one nothing is written.
+
+/// Whether there is a monitor: worth asking where what a line says takes time to find out.
+inline bool isMonitored()
+{
+    return MON_DRV != nullptr;
+}
 
 /// Writes a line at the error level.
 void logError(char const* fmt, ...) UTILITY_PRINTF(1, 2);

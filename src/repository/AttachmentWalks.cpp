@@ -50,7 +50,7 @@ void Record::Clearing::tellOne()
 {
     struct Cleared final : Occasion
     {
-        Cleared(Clearing& w, Entry e) : walk(w), entry(e) {}
+        Cleared(Clearing& w, Entry e) : Occasion(w.voice), walk(w), entry(e) {}
         bool begin() override
         {
             const bool due = walk.isDue(entry);
@@ -69,13 +69,15 @@ void Record::Clearing::tellOne()
         return;
     }
     Listener* const l = entry->listener();
-    const bool leaves = record.talksTo(l, key, value) && !record.talksTo(l);
+    // Criteria that name neither the key nor an interface hold as they did.
+    const bool leaves = (l->iid().isValid() || concernsKey(*l)) && record.talksTo(l, key, value) &&
+                        !record.talksTo(l);
     if (!isDue(entry) || !entry->isActive())
         return;
     if (leaves) {
         told = true;
         record.dismiss(entry, isRollback_ ? String::EMPTY() : key,
-                       isRollback_ ? String::EMPTY() : value);
+                       isRollback_ ? String::EMPTY() : value, voice);
     } else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key))) {
         record.tell(l, key, value, occasion);
     }
@@ -122,7 +124,7 @@ XCode Record::Setting::tellActive(String& error)
 {
     struct Set final : Occasion
     {
-        explicit Set(Setting& w) : walk(w), entry(w.cursor) {}
+        explicit Set(Setting& w) : Occasion(w.voice), walk(w), entry(w.cursor) {}
         bool isDue() const { return walk.isWanted(entry) && entry->isActive(); }
         bool begin() override { return walk.told = isDue(); }
         bool stands() const override { return isDue() && !entry->listener()->isGone(); }
@@ -145,13 +147,13 @@ XCode Record::Setting::join(String& error)
     Listener* const l = entry->listener();
     const auto mayJoin = [&] { return isWanted(entry) && !entry->isActive() && !l->isGone(); };
     const auto joins = [&] {
-        return mayJoin() && !record.talksTo(l, key, String::EMPTY()) && record.talksTo(l) &&
-               mayJoin();
+        return mayJoin() && concernsKey(*l) && !record.talksTo(l, key, String::EMPTY()) &&
+               record.talksTo(l) && mayJoin();
     };
     if (!joins() || (record.finishLeaving(entry) && !joins()))
         return XCode();
     record.activate(entry);
-    Joining joining(record, entry);
+    Joining joining(record, entry, voice);
     return record.welcome(error, joining, REFUSED_SNAPSHOT);
 }
 

@@ -24,8 +24,8 @@ void endSnapshotLevel(TOVA_StringHashTable<String>& attachments, std::uint16_t& 
 
 } // namespace
 
-Record::Joining::Joining(DriverWrapper& ofRecord, Entry ofEntry)
-    : record(ofRecord), entry(ofEntry), outer(ofRecord.joinings_),
+Record::Joining::Joining(DriverWrapper& ofRecord, Entry ofEntry, Voice& ofVoice)
+    : record(ofRecord), entry(ofEntry), voice(ofVoice), outer(ofRecord.joinings_),
       next(ofRecord.attachments_.begin())
 {
     record.joinings_ = this;
@@ -60,10 +60,11 @@ bool Record::Joining::hasPassed(Attachment at) const
 }
 
 Record::Leaving::Leaving(DriverWrapper& ofRecord, Entry ofEntry, Joining const* ended,
-                         GoingKind ofKind, String const& changedKey, String const& changedValue)
+                         GoingKind ofKind, String const& changedKey, String const& changedValue,
+                         Voice& ofVoice)
     : record(ofRecord), entry(ofEntry), joining(ended), kind(ofKind), key(changedKey),
-      value(changedValue), outer(ofRecord.leavings_), level(++ofRecord.snapshotLevel_),
-      next(ofRecord.attachments_.end()), passed(false),
+      value(changedValue), voice(ofVoice), outer(ofRecord.leavings_),
+      level(++ofRecord.snapshotLevel_), next(ofRecord.attachments_.end()), passed(false),
       tellsRemoved(kind == FAREWELL || kind == REFUSED_OFFER)
 {
     record.leavings_ = this;

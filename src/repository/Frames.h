@@ -1,7 +1,7 @@
 #ifndef REPOSITORY_FRAMES_H
 #define REPOSITORY_FRAMES_H
 
-#include <drvrepo/DriverWrapper.h>
+#include "repository/Voice.h"
 
 // What is under way on one driver's record. Each frame lives on the stack of the operation that
 // does the work and is chained to the record, so that calls from inside see how far it is, and can
@@ -12,12 +12,16 @@
 class CDriverRepository::DriverWrapper::Occasion
 {
 public:
+    explicit Occasion(Voice& ofVoice) : voice(ofVoice) {}
+
     /// The observer is about to be called; false when what it was to hear has been overtaken.
     virtual bool begin() = 0;
     /// Whether a refusal of what it heard still has something to refuse.
     virtual bool stands() const { return true; }
     /// It has refused or thrown: it counts as not told, before anybody else hears of that.
     virtual void refuse() {}
+
+    Voice& voice; // of the walk
 
 protected:
     ~Occasion() = default;
@@ -26,7 +30,7 @@ protected:
 /// A listener is coming to the driver: told of the driver, then of its attachments.
 struct CDriverRepository::DriverWrapper::Joining
 {
-    Joining(DriverWrapper& record, Entry entry);
+    Joining(DriverWrapper& record, Entry entry, Voice& voice);
     Joining(Joining const&) = delete;
     Joining& operator=(Joining const&) = delete;
     ~Joining();
@@ -40,6 +44,7 @@ struct CDriverRepository::DriverWrapper::Joining
 
     DriverWrapper& record;
     const Entry entry;
+    Voice& voice;
     Joining* const outer;
     bool told = false;       // the observer has heard of the driver
     bool withdrawn = false;  // somebody has ended this coming meanwhile
@@ -62,7 +67,7 @@ struct CDriverRepository::DriverWrapper::Leaving
     /// `joining`: the coming that this ends, null when that was over. The criteria see attachment
     /// `key` at `value`, unless that is empty.
     Leaving(DriverWrapper& record, Entry entry, Joining const* joining, GoingKind kind,
-            String const& key, String const& value);
+            String const& key, String const& value, Voice& voice);
     Leaving(Leaving const&) = delete;
     Leaving& operator=(Leaving const&) = delete;
     ~Leaving();
@@ -79,6 +84,7 @@ struct CDriverRepository::DriverWrapper::Leaving
     const GoingKind kind;
     String const& key;
     String const& value;
+    Voice& voice;
     Leaving* const outer;
     const std::uint16_t level;
     Attachment next;   // the attachment before this one is told next
@@ -101,6 +107,7 @@ public:
     DriverWrapper& record;
     String const& key;
     String const& value;
+    Voice voice;
     Walk* const outer;
     const std::uint16_t level; // entries that joined in this or a deeper walk came later than it
     Entry cursor;              // whose turn it is
@@ -114,6 +121,11 @@ protected:
     bool wasHere(Entry entry) const { return entry->joinedIn_ < level; }
     /// Whether it was, and is to hear of the driver's attachments.
     bool concerns(Entry entry) const;
+    /// Whether the listener's criteria name the attachment.
+    bool concernsKey(Listener const& l) const
+    {
+        return l.attributes().find(key) != l.attributes().end();
+    }
 };
 
 /// Tells, last to first, that a value is gone; resumes where it stands when run again.

@@ -4,6 +4,7 @@
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "foundation/Undo.h"
+#include "repository/Frames.h"
 #include "repository/Operation.h"
 
 // Drivers come and go. A coming is offered to the listeners front to back, a going told back to
@@ -116,11 +117,12 @@ XCode CDriverRepository::offer(String& error, DriverWrapper& record, Listeners::
 {
     const bool mayKnow = false;
     DriverWrapper::Entry hint = record.listeners_.begin();
+    DriverWrapper::Voice voice;
     for (stop = listeners_.begin(); stop != listeners_.end(); ++stop) {
         Listener* const listener = stop->listener();
         if (record.gone_ || listener->gone_ || listener->stamp_ > record.stamp_)
             continue;
-        XCode rc = record.meet(error, listener, mayKnow, hint);
+        XCode rc = record.meet(error, listener, mayKnow, hint, voice);
         if (rc.code() != 0)
             return rc;
     }
@@ -183,6 +185,7 @@ void CDriverRepository::sayFarewells(Departure& departure)
     DriverWrapper& record = departure.record;
     bool offered = departure.stop == listeners_.end();
     DriverWrapper::Entry hint = record.listeners_.end();
+    DriverWrapper::Voice voice;
     for (Listeners::Iterator at = listeners_.end(); at != listeners_.begin();) {
         --at;
         Listener* const listener = at->listener();
@@ -191,7 +194,7 @@ void CDriverRepository::sayFarewells(Departure& departure)
             const DriverWrapper::Entry entry = record.findNear(hint, listener);
             if (entry != record.listeners_.end()) {
                 hint = entry;
-                record.part(entry);
+                record.part(entry, voice);
             }
         }
     }

@@ -4,6 +4,7 @@
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "foundation/Undo.h"
+#include "repository/Frames.h"
 #include "repository/Operation.h"
 
 // Listeners come and go. A new one is offered the drivers, oldest first; one that goes parts from
@@ -142,11 +143,12 @@ XCode CDriverRepository::introduce(String& error, Listener& listener)
 XCode CDriverRepository::offer(String& error, Listener& listener)
 {
     const bool mayKnow = false;
+    DriverWrapper::Voice voice;
     for (DriverWrapper* record = oldest_; record != nullptr; record = record->newer_) {
         if (listener.gone_ || record->gone_ || record->stamp_ > listener.stamp_)
             continue;
         DriverWrapper::Entry hint = record->listeners_.begin();
-        XCode rc = record->meet(error, &listener, mayKnow, hint);
+        XCode rc = record->meet(error, &listener, mayKnow, hint, voice);
         if (rc.code() != 0)
             return rc;
     }
@@ -187,11 +189,12 @@ void CDriverRepository::takeOut(Listener& listener)
 /// listener: another one at its address must not find them.
 void CDriverRepository::sayFarewells(Listener& listener)
 {
+    DriverWrapper::Voice voice;
     for (DriverWrapper* record = newest_; record != nullptr; record = record->older_) {
         const DriverWrapper::Entry entry = record->find(&listener);
         if (entry == record->listeners_.end())
             continue;
-        record->part(entry);
+        record->part(entry, voice);
         if (running_ == 1)
             record->listeners_.remove(entry);
     }

@@ -66,12 +66,13 @@ void Record::rematch(Entry entry)
     };
     if (!isWrong() || (finishLeaving(entry) && !isWrong()))
         return;
+    Voice voice;
     if (!matches) {
-        dismiss(entry, String::EMPTY(), String::EMPTY());
+        dismiss(entry, String::EMPTY(), String::EMPTY(), voice);
         return;
     }
     String refusal; // leaves just this listener out
     activate(entry);
-    Joining joining(*this, entry);
+    Joining joining(*this, entry, voice);
     static_cast<void>(welcome(refusal, joining, REFUSED_SNAPSHOT));
 }

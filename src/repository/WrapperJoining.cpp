@@ -14,7 +14,8 @@ XCode Record::snapshotInitial(String& error, Listener* l)
     const Entry entry = find(l);
     if (entry == listeners_.end())
         return XCode(-1);
-    Joining joining(*this, entry);
+    Voice voice;
+    Joining joining(*this, entry, voice);
     joining.told = true;
     return orUndo([&] { return tellAttachments(error, joining); },
                   [&] { tellBack(joining, REFUSED_SNAPSHOT); });
@@ -27,7 +28,7 @@ XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
 {
     struct Added final : Occasion
     {
-        explicit Added(Joining& j) : joining(j) {}
+        explicit Added(Joining& j) : Occasion(j.voice), joining(j) {}
         bool begin() override { return joining.told = !joining.withdrawn; }
         bool stands() const override { return !joining.withdrawn; }
         void refuse() override { joining.told = false; }
@@ -57,7 +58,8 @@ XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
 
 void Record::tellBack(Joining const& joining, GoingKind refused)
 {
-    Leaving leaving(*this, joining.entry, &joining, refused, String::EMPTY(), String::EMPTY());
+    Leaving leaving(*this, joining.entry, &joining, refused, String::EMPTY(), String::EMPTY(),
+                    joining.voice);
     throughout([&] { tellRest(leaving); });
 }
 
@@ -82,7 +84,7 @@ XCode Record::tellAttachment(String& error, Joining& joining)
 {
     struct Told final : Occasion
     {
-        Told(Joining& j, String const& v) : joining(j), at(j.next), value(v) {}
+        Told(Joining& j, String const& v) : Occasion(j.voice), joining(j), at(j.next), value(v) {}
         bool stillThere() const
         {
             return !joining.withdrawn && at->mark < joining.level && at->value == value;

@@ -14,12 +14,13 @@ void Record::snapshotFinal(Listener* l, String const& key, String const& value)
         return;
     const String ownKey(key);
     const String ownValue(value);
-    Leaving leaving(*this, entry, joiningOf(entry), FINAL_SNAPSHOT, ownKey, ownValue);
+    Voice voice;
+    Leaving leaving(*this, entry, joiningOf(entry), FINAL_SNAPSHOT, ownKey, ownValue, voice);
     throughout([&] { tellRest(leaving); });
 }
 
 /// Takes one recording of a listener back; the last one says farewell.
-void Record::part(Entry entry)
+void Record::part(Entry entry, Voice& voice)
 {
     finishLeaving(entry);
     if (!entry->isValid())
@@ -29,25 +30,26 @@ void Record::part(Entry entry)
     entry->decRef();
     withdraw(entry);
     if (toldOf)
-        farewell(entry, joining, String::EMPTY(), String::EMPTY());
+        farewell(entry, joining, String::EMPTY(), String::EMPTY(), voice);
 }
 
 /// Ends the match of an active entry. The farewell sees attachment `key` at `value`, unless that
 /// is empty.
-void Record::dismiss(Entry entry, String const& key, String const& value)
+void Record::dismiss(Entry entry, String const& key, String const& value, Voice& voice)
 {
     Joining const* const joining = joiningOf(entry);
     deactivate(entry);
-    farewell(entry, joining, key, value);
+    farewell(entry, joining, key, value, voice);
 }
 
 /// Tells the listener of an entry that has just become inactive. One that is still on its way in
 /// and has not heard of the driver hears nothing.
-void Record::farewell(Entry entry, Joining const* joining, String const& key, String const& value)
+void Record::farewell(Entry entry, Joining const* joining, String const& key, String const& value,
+                      Voice& voice)
 {
     if (joining != nullptr && !joining->told)
         return;
-    Leaving leaving(*this, entry, joining, FAREWELL, key, value);
+    Leaving leaving(*this, entry, joining, FAREWELL, key, value, voice);
     throughout([&] { tellRest(leaving); });
 }
 
@@ -78,7 +80,7 @@ void Record::tellRest(Leaving& leaving)
 {
     struct Removed final : Occasion
     {
-        explicit Removed(Leaving& l) : leaving(l) {}
+        explicit Removed(Leaving& l) : Occasion(l.voice), leaving(l) {}
         bool begin() override
         {
             const bool owed = leaving.tellsRemoved;
@@ -101,7 +103,8 @@ void Record::tellAttachmentGone(Leaving& leaving)
     struct Gone final : Occasion
     {
         explicit Gone(Leaving& l)
-            : leaving(l), before(l.next), at(std::prev(before)), value(l.record.goingValue(l, at))
+            : Occasion(l.voice), leaving(l), before(l.next), at(std::prev(before)),
+              value(l.record.goingValue(l, at))
         {}
         bool isNext() const { return leaving.next == before; }
         bool isOwed() const { return isNext() && leaving.record.goingValue(leaving, at) == value; }

@@ -54,7 +54,8 @@ XCode Record::addListener(String& error, Listener* l)
         return fail(error, TEXT_NO_LISTENER);
     const bool mayKnow = true;
     Entry hint = listeners_.begin();
-    return meet(error, l, mayKnow, hint);
+    Voice voice;
+    return meet(error, l, mayKnow, hint, voice);
 }
 
 void Record::removeListener(Listener* l)
@@ -62,13 +63,15 @@ void Record::removeListener(Listener* l)
     if (l == nullptr)
         return;
     const Entry entry = find(l);
-    if (entry != listeners_.end())
-        part(entry);
+    if (entry == listeners_.end())
+        return;
+    Voice voice;
+    part(entry, voice);
 }
 
 /// Offers the driver to a listener whose entry, if it has one and `mayKnow` says so, is counted
 /// up. A new one is sought near `hint`, which moves to it: offers in priority order cost a step.
-XCode Record::meet(String& error, Listener* l, bool mayKnow, Entry& hint)
+XCode Record::meet(String& error, Listener* l, bool mayKnow, Entry& hint, Voice& voice)
 {
     const bool matches = talksTo(l);
     if (gone_ || l->isGone()) {
@@ -87,7 +90,7 @@ XCode Record::meet(String& error, Listener* l, bool mayKnow, Entry& hint)
         known->incRef();
     }
     if (matches && hint->getRefCount() == 1) {
-        Joining joining(*this, hint);
+        Joining joining(*this, hint, voice);
         XCode rc = welcome(error, joining, REFUSED_OFFER);
         if (rc.code() != 0)
             return rc;

@@ -41,11 +41,12 @@ XCode Record::ask(String& error, Listener* l, Occasion& occasion)
         return XCode();
     try {
         // The wording is the same for listeners without the right.
-        logDebug(0, "DrvRepo:   %s: Notify listener '%s' with right of veto: onDriverAdded()",
-                 getDriverName().cString(), l->name().cString());
+        if (isMonitored())
+            logDebug(0, "DrvRepo:   %s: Notify listener '%s' with right of veto: onDriverAdded()",
+                     getDriverName().cString(), l->name().cString());
         l->addCount(Listener::DRIVER_ADDED);
-        IDriverRepository::EvDriver event(repository_, getDriver());
-        return deliver(*this, error, l, &Observer::onDriverAdded, event, occasion);
+        const Loan<IDriverRepository::EvDriver> event(occasion.voice, repository_, getDriver());
+        return deliver(*this, error, l, &Observer::onDriverAdded, *event, occasion);
     } catch (...) {
         occasion.refuse();
         logRefusal(*this, l, error);
@@ -59,11 +60,14 @@ XCode Record::ask(String& error, Listener* l, String const& key, String const& v
     if (l->delegate() == nullptr)
         return XCode();
     try {
-        logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentSet(%s=%s)",
-                 getDriverName().cString(), l->name().cString(), key.cString(), value.cString());
+        if (isMonitored())
+            logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentSet(%s=%s)",
+                     getDriverName().cString(), l->name().cString(), key.cString(),
+                     value.cString());
         l->addCount(Listener::ATTACHMENT_SET);
-        IDriverRepository::EvAttachment event(repository_, getDriver(), key, value);
-        return deliver(*this, error, l, &Observer::onDriverAttachmentSet, event, occasion);
+        const Loan<IDriverRepository::EvAttachment> event(occasion.voice, repository_, getDriver(),
+                                                          key, value);
+        return deliver(*this, error, l, &Observer::onDriverAttachmentSet, *event, occasion);
     } catch (...) {
         occasion.refuse();
         logRefusal(*this, l, error);
@@ -75,24 +79,27 @@ void Record::tell(Listener* l, Occasion& occasion)
 {
     if (l->delegate() == nullptr)
         return;
-    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverRemoved()", getDriverName().cString(),
-             l->name().cString());
+    if (isMonitored())
+        logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverRemoved()",
+                 getDriverName().cString(), l->name().cString());
     l->addCount(Listener::DRIVER_REMOVED);
-    IDriverRepository::EvDriver event(repository_, getDriver());
+    const Loan<IDriverRepository::EvDriver> event(occasion.voice, repository_, getDriver());
     if (occasion.begin())
-        l->delegate()->notifyEvent(&Observer::onDriverRemoved, event);
+        l->delegate()->notifyEvent(&Observer::onDriverRemoved, *event);
 }
 
 void Record::tell(Listener* l, String const& key, String const& value, Occasion& occasion)
 {
     if (l->delegate() == nullptr)
         return;
-    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentCleared(%s=%s)",
-             getDriverName().cString(), l->name().cString(), key.cString(), value.cString());
+    if (isMonitored())
+        logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentCleared(%s=%s)",
+                 getDriverName().cString(), l->name().cString(), key.cString(), value.cString());
     l->addCount(Listener::ATTACHMENT_CLEARED);
-    IDriverRepository::EvAttachment event(repository_, getDriver(), key, value);
+    const Loan<IDriverRepository::EvAttachment> event(occasion.voice, repository_, getDriver(), key,
+                                                      value);
     if (occasion.begin())
-        l->delegate()->notifyEvent(&Observer::onDriverAttachmentCleared, event);
+        l->delegate()->notifyEvent(&Observer::onDriverAttachmentCleared, *event);
 }
 
 namespace
@@ -101,6 +108,7 @@ namespace
 /// For notifications that are asked for directly: nothing can overtake them.
 template <class Base> struct Directly final : Base
 {
+    using Base::Base;
     bool begin() override { return true; }
 };
 
@@ -108,25 +116,29 @@ template <class Base> struct Directly final : Base
 
 XCode Record::notifyOnDriverAdded(String& error, Listener* l)
 {
-    Directly<Occasion> occasion;
+    Voice voice;
+    Directly<Occasion> occasion(voice);
     return ask(error, l, occasion);
 }
 
 void Record::notifyOnDriverRemoved(Listener* l)
 {
-    Directly<Occasion> occasion;
+    Voice voice;
+    Directly<Occasion> occasion(voice);
     tell(l, occasion);
 }
 
 XCode Record::notifyOnDriverAttachmentSet(String& error, Listener* l, String const& key,
                                           String const& value)
 {
-    Directly<Occasion> occasion;
+    Voice voice;
+    Directly<Occasion> occasion(voice);
     return ask(error, l, String(key), String(value), occasion);
 }
 
 void Record::notifyOnDriverAttachmentCleared(Listener* l, String const& key, String const& value)
 {
-    Directly<Occasion> occasion;
+    Voice voice;
+    Directly<Occasion> occasion(voice);
     tell(l, String(key), String(value), occasion);
 }
