@@ -3,42 +3,38 @@
 
 #include <stdexcept>
 
+#include <drvrepo/IChannelGroupObserver.h>
 #include <drvrepo/IDriverRepositoryObserver.h>
 
-/// An observer that refuses, or throws at, the n-th of what it is told: for tests of what a
-/// component does when a change is rolled back. Registered behind the component, with the right of
-/// veto and the highest priority value, it lets the component hear of everything first. Given an
-/// observer to stand before, it fails in its name.
+/// When an injector strikes: refuses, or throws at, the n-th of what its observer is told. For
+/// tests of what a component does when a change is rolled back. Registered behind the component,
+/// with the right of veto and the highest priority value, an injector lets the component hear of
+/// everything first. Given an observer to stand before, it fails in that one's name.
 ///
 ///     FaultInjector injector;
 ///     injector.strikeEach([&] {
 ///         // register, add, attach; look whether the component is as it should be
 ///     });
-class FaultInjector : public IDriverRepositoryObserver
+class FaultPart
 {
 public:
-    /// What observers of a repository are handed.
-    using Event = ObserverEvent<IDriverRepository>;
-
     /// What it does when it strikes.
     enum Fault {
-        REFUSE, ///< counts what can be refused: drivers that come and values that are set
+        REFUSE, ///< counts what can be refused
         THROW   ///< counts everything, and throws Thrown
     };
 
-    /// The exception.
+    /// What it throws, with TEXT.
     struct Thrown : std::runtime_error
     {
         using std::runtime_error::runtime_error;
     };
 
     static constexpr std::int32_t CODE = -77;        ///< what it refuses with
-    static constexpr char const TEXT[] = "injected"; ///< the reason that it gives, and throws
+    static constexpr char const TEXT[] = "injected"; ///< the reason that it gives
 
-    /// `next`, which may be null, is told whatever it doesn't strike; it must live longer.
-    explicit FaultInjector(Fault fault = REFUSE, IDriverRepositoryObserver* next = nullptr)
-        : fault_(fault), next_(next)
-    {}
+    /// Never strikes until it is armed.
+    explicit FaultPart(Fault fault) : fault_(fault) {}
 
     /// Strikes once, at the `nth` from now; 0: never.
     void arm(unsigned nth)
@@ -63,49 +59,97 @@ public:
         }
     }
 
-    XCode onDriverAdded(String& error, Event& event) override
+protected:
+    ~FaultPart() = default;
+
+    /// What can be refused: a refusal, or the answer of `observer`, which may be null.
+    template <class Observer, class Event>
+    XCode answer(Observer* observer, XCode (Observer::*method)(String&, Event&), String& error,
+                 Event& event)
     {
-        return answer(error, &IDriverRepositoryObserver::onDriverAdded, event);
+        if (++count_ != nth_)
+            return observer != nullptr ? (observer->*method)(error, event) : XCode();
+        error = TEXT;
+        if (fault_ == THROW)
+            throw Thrown(TEXT);
+        return XCode(CODE);
     }
-    void onDriverRemoved(Event& event) override
+    /// What cannot.
+    template <class Observer, class Event>
+    void hear(Observer* observer, void (Observer::*method)(Event&), Event& event)
     {
-        hear(&IDriverRepositoryObserver::onDriverRemoved, event);
-    }
-    XCode onDriverAttachmentSet(String& error, Event& event) override
-    {
-        return answer(error, &IDriverRepositoryObserver::onDriverAttachmentSet, event);
-    }
-    void onDriverAttachmentCleared(Event& event) override
-    {
-        hear(&IDriverRepositoryObserver::onDriverAttachmentCleared, event);
+        if (fault_ == THROW && ++count_ == nth_)
+            throw Thrown(TEXT);
+        if (observer != nullptr)
+            (observer->*method)(event);
     }
 
 private:
-    using Observer = IDriverRepositoryObserver;
-
-    XCode answer(String& error, XCode (Observer::*method)(String&, Event&), Event& event)
-    {
-        if (strikes()) {
-            error = TEXT;
-            if (fault_ == THROW)
-                throw Thrown(TEXT);
-            return XCode(CODE);
-        }
-        return next_ != nullptr ? (next_->*method)(error, event) : XCode();
-    }
-    void hear(void (Observer::*method)(Event&), Event& event)
-    {
-        if (fault_ == THROW && strikes())
-            throw Thrown(TEXT);
-        if (next_ != nullptr)
-            (next_->*method)(event);
-    }
-    bool strikes() { return ++count_ == nth_; }
-
     const Fault fault_;
-    Observer* const next_;
     unsigned nth_ = 0;
     unsigned count_ = 0;
+};
+
+/// Strikes at news of drivers; drivers that come and values that are set can be refused.
+class FaultInjector : public IDriverRepositoryObserver, public FaultPart
+{
+public:
+    /// What observers of a repository are handed.
+    using Event = ObserverEvent<IDriverRepository>;
+
+    /// `next`, which may be null, is told whatever it doesn't strike; it must live longer.
+    explicit FaultInjector(Fault fault = REFUSE, IDriverRepositoryObserver* next = nullptr)
+        : FaultPart(fault), next_(next)
+    {}
+
+    XCode onDriverAdded(String& error, Event& event) override
+    {
+        return answer(next_, &IDriverRepositoryObserver::onDriverAdded, error, event);
+    }
+    void onDriverRemoved(Event& event) override
+    {
+        hear(next_, &IDriverRepositoryObserver::onDriverRemoved, event);
+    }
+    XCode onDriverAttachmentSet(String& error, Event& event) override
+    {
+        return answer(next_, &IDriverRepositoryObserver::onDriverAttachmentSet, error, event);
+    }
+    void onDriverAttachmentCleared(Event& event) override
+    {
+        hear(next_, &IDriverRepositoryObserver::onDriverAttachmentCleared, event);
+    }
+
+private:
+    IDriverRepositoryObserver* const next_;
+};
+
+/// Strikes at news of timeslots; with the right of veto, those that come can be refused.
+class GroupFaultInjector : public IChannelGroupObserver, public FaultPart
+{
+public:
+    /// What observers of a group are handed.
+    using Event = ObserverEvent<IChannelGroup>;
+
+    /// `next`, which may be null, is told whatever it doesn't strike; it must live longer.
+    explicit GroupFaultInjector(Fault fault = REFUSE, IChannelGroupObserver* next = nullptr)
+        : FaultPart(fault), next_(next)
+    {}
+
+    XCode onTimeslotsAdded(String& message, Event& event) override
+    {
+        return answer(next_, &IChannelGroupObserver::onTimeslotsAdded, message, event);
+    }
+    void onTimeslotsAdded(Event& event) override
+    {
+        hear(next_, &IChannelGroupObserver::onTimeslotsAdded, event);
+    }
+    void onTimeslotsRemoved(Event& event) override
+    {
+        hear(next_, &IChannelGroupObserver::onTimeslotsRemoved, event);
+    }
+
+private:
+    IChannelGroupObserver* const next_;
 };
 
 #endif
