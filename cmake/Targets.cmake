@@ -33,10 +33,12 @@ function(drvrepo_add_library name)
         POSITION_INDEPENDENT_CODE ON
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
-    # A unique symbol would pin the library: dlclose could not unload it.
-    target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+    # A unique symbol would pin the library: dlclose could not unload it. Nobody replaces a single
+    # function of the library: its own calls of them go straight there.
+    target_compile_options(${name} PRIVATE
+        $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique> -fno-semantic-interposition)
     if(BUILD_SHARED_LIBS)
-        target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,--as-needed)
+        target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,--as-needed -Wl,-Bsymbolic-functions)
         # The sanitizer's run-time functions are in the executable, not in the library; and it adds
         # symbols of its own.
         if(NOT DRVREPO_SANITIZE)
