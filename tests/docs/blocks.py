@@ -3,6 +3,7 @@
   ```cpp        declarations; with a main() a whole program, which runs
   ```cpp run    statements, which run
   ```drvsh      commands of the shell, which run
+  ```drvsh test the same with what they print among them, as drvsh --test compares it
   ```console    lines "$ COMMAND", each with what it prints under it; also an indented block
   ```text       what the block before it prints; a line "..." stands for any lines
   any other     only behind a mark: <!-- in FILE --> says that these lines stand in FILE in this
@@ -36,7 +37,7 @@ class Block:
     """Lines of code, the line of the page that the first one stands in, and what they are."""
 
     def __init__(self, kind, line, lines):
-        self.kind = kind  # declarations, program, statements, drvsh, console, text, in, not run
+        self.kind = kind  # as classify() says, or in, or not run
         self.line = line
         self.lines = lines
         self.argument = ""  # of a mark
@@ -56,6 +57,8 @@ def classify(info, line, lines):
         return "program" if MAIN.search(code) else "declarations"
     if info == "cpp run":
         return "statements"
+    if info == "drvsh test":
+        return "transcript"
     if info in ("drvsh", "console", "text"):
         return info
     if info == "indented" and lines[0].startswith("$ "):

@@ -104,6 +104,13 @@ class Check:
                 wanted.pop()
             self.compare(line, wanted, *self.run(["bash", "-c", command]))
 
+    def check_transcript(self, block):
+        with tempfile.NamedTemporaryFile("w", suffix=".drv", encoding="utf-8") as script:
+            script.write(block.text)
+            script.flush()
+            printed, status = self.run(["drvsh", "--test", script.name])
+        self.compare(block.line, ["..."], printed, status)
+
     def check_in(self, block):
         self.done += 1
         there = iter((blocks.TOP / block.argument).read_text(encoding="utf-8").splitlines())
@@ -138,6 +145,8 @@ class Check:
                 self.check_console(block)
             elif block.kind == "drvsh":
                 self.compare(block.line, block.prints(), *self.run(["drvsh"], block.text))
+            elif block.kind == "transcript":
+                self.check_transcript(block)
             elif block.kind == "in":
                 self.check_in(block)
             elif block.kind == "not run":

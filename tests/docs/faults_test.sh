@@ -63,6 +63,12 @@ echo hello
 ~~~text
 hello
 ~~~
+~~~drvsh test
+echo hello
+----
+hello
+----
+~~~
 <!-- not run: it is a joke -->
 ~~~sh
 rm -rf /
@@ -112,7 +118,7 @@ check() {
 
 check sound || fail 'The sound page is refused:' "$(cat out)"
 grep -q 'not run: it is a joke' out || fail 'The reason of a block that is not run is not printed.'
-grep -q ': 10 checked, 0 faults' out || fail 'The sound page is not checked whole:' "$(cat out)"
+grep -q ': 11 checked, 0 faults' out || fail 'The sound page is not checked whole:' "$(cat out)"
 
 # refuses NAME WORDS: the check of that page fails in saying these words.
 refuses() {
@@ -155,6 +161,7 @@ broken 'broken.md:3: prints something else' <<<$'a\n\n    $ echo a'
 broken 'prints something else' <<<$'~~~console\n$ echo a; echo b\n...\na\n~~~'
 broken 'broken.md:3: ended with 3' <<<$'~~~console\n$ true\n$ echo a; exit 3\na\n~~~'
 broken '+hello' <<<$'~~~drvsh\necho hello\n~~~'
+broken 'ended with 1' <<<$'~~~drvsh test\necho a\n----\nb\n----\n~~~'
 broken 'ended with 1' <<<$'~~~drvsh\nnonsense\n~~~'
 broken 'does not have this line' <<<$'<!-- in script/docs -->\n~~~sh\nscript/sets up\n~~~'
 broken 'does not have this line' <<<$'<!-- in tests/docs/pages.h -->\n~~~c++\n#endif\nclass Page\n~~~'
