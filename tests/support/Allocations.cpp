@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <new>
 
+#include <malloc.h>
+
 namespace
 {
 
@@ -11,6 +13,7 @@ constexpr std::uint64_t NEVER = UINT64_MAX;
 
 std::atomic<std::uint64_t> s_count{0};
 std::atomic<std::int64_t> s_living{0};
+std::atomic<std::int64_t> s_bytes{0};
 thread_local std::uint64_t t_allowed = NEVER;
 thread_local bool t_failed = false;
 
@@ -27,6 +30,7 @@ void* allocate(std::size_t size) noexcept
         return nullptr;
     ++s_count;
     ++s_living;
+    s_bytes += static_cast<std::int64_t>(malloc_usable_size(block));
     return block;
 }
 
@@ -43,6 +47,7 @@ void giveBack(void* block) noexcept
     if (block == nullptr)
         return;
     --s_living;
+    s_bytes -= static_cast<std::int64_t>(malloc_usable_size(block));
     std::free(block);
 }
 
@@ -56,6 +61,11 @@ std::uint64_t allocations::count()
 std::int64_t allocations::living()
 {
     return s_living;
+}
+
+std::int64_t allocations::bytes()
+{
+    return s_bytes;
 }
 
 allocations::Failing::Failing(std::uint64_t n)

@@ -15,6 +15,9 @@ std::uint64_t count();
 /// Blocks not given back yet.
 std::int64_t living();
 
+/// Bytes in them, as much as the allocator sets aside for each.
+std::int64_t bytes();
+
 /// Lets the request number `n` (from 0) of this thread and all behind it fail, while it lives.
 class Failing
 {
