@@ -265,18 +265,18 @@ private:
 
     AllLink* append(K const& key, V&& value, std::uint32_t hash)
     {
-        std::unique_ptr<Entry> entry(new Entry(key, std::move(value), hash));
+        std::unique_ptr<Entry> made(new Entry(key, std::move(value), hash));
         if (count_ >= SMALL && count_ >= bucketCount_)
             grow(bucketCount_ == 0 ? FIRST_BUCKETS : 2 * bucketCount_);
-        AllLink* const link = entry.get();
+        Entry* const entry = made.release(); // nothing fails from here on
+        AllLink* const link = entry;
         link->next = &all_;
         link->prev = all_.prev;
         link->prev->next = link;
         all_.prev = link;
         ++count_;
         if (bucketCount_ != 0)
-            chain(entry.get());
-        entry.release();
+            chain(entry);
         return link;
     }
 
