@@ -13,7 +13,7 @@ namespace peers
 /// A type of drivers, as unique as the library's identifiers. All zero: any.
 struct Type
 {
-    std::uint64_t words[2];
+    std::uintptr_t words[2];
 
     bool operator==(Type const& other) const
     {
@@ -24,7 +24,7 @@ struct Type
 
 inline Type typeOf(load::Type type)
 {
-    return type == load::ANY ? Type{{0, 0}} : Type{{0x0a1b2c3d4e5f6071, std::uint64_t(type)}};
+    return type == load::ANY ? Type{{0, 0}} : Type{{0x0a1b2c3d, std::uintptr_t(type)}};
 }
 
 /// A driver: 112 bytes, like the library's in this comparison.

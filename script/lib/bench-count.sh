@@ -170,33 +170,40 @@ compare() {
            print $0 (change == "" ? "" : "   (" change ")") }' "$2" "$1"
 }
 
-# growth COSTS: how the costs of the library grow with N and L, and as formulas.
-growth() {
+# formulas COSTS: "OPERATION: INSTRUCTIONS" of the library, in N and L, as lines through the counts.
+formulas() {
     awk '$2 == "drvrepo" { c[$1, $3, $4] = $5 }
          function perL(work) { return (c[work, 256, 100] - c[work, 256, 0]) / 100 }
          function perN(work) { return (c[work, 4096, 0] - c[work, 256, 0]) / 3840 }
-         function perObserver(work) { return (c[work, 16, 100] - c[work, 16, 10]) / 90 }
+         function line(work,    slope) {
+             slope = (c[work, 16, 100] - c[work, 16, 10]) / 90
+             return sprintf("%d + %d L", c[work, 16, 10] - 10 * slope, slope)
+         }
          END {
-             printf "look-up                        %d\n", c["W1", 256, 0]
-             printf "look-up by a C text            %d\n", c["W1-text", 256, 0]
-             printf "add + remove                   %d + %d L that match + %d L that don\047t\n",
+             printf "look-up by a name that the caller holds: %d\n", c["W1", 256, 0]
+             printf "look-up by a C text: %d\n", c["W1-text", 256, 0]
+             printf "addition + removal: %d + %d for each listener that matches + %d for each other one\n",
                     c["W2", 256, 0], perL("W2"), perL("W3")
-             printf "change an attachment           %d + %d L\n", c["W4", 256, 0], perL("W4")
-             printf "query                          %d N of another name, %d N of that name (1/8 found)\n",
+             printf "change of an attachment: %d + %d L\n", c["W4", 256, 0], perL("W4")
+             printf "query: %d for each driver of another name + %d for each whose attachment is looked at (one in eight found)\n",
                     perN("W5-narrow"), perN("W5-broad")
-             printf "broadcast                      %d + %d L\n",
-                    c["W6-accepted", 16, 10] - 10 * perObserver("W6-accepted"), perObserver("W6-accepted")
-             printf "broadcast, refused by the last %d + %d L\n",
-                    c["W6-refused", 16, 10] - 10 * perObserver("W6-refused"), perObserver("W6-refused")
-             printf "register + remove a listener   %d + %d N + %d N A with A attachments told\n",
+             printf "broadcast to a group\047s observers: %s\n", line("W6-accepted")
+             printf "broadcast refused by the last, told back: %s\n", line("W6-refused")
+             printf "registration of a listener + removal: %d + N (%d + %d for each attachment told)\n",
                     c["W7", 256, 0] - 256 * perN("W7"), perN("W7"),
                     (perN("W7-snapshot") - perN("W7")) / 2
+         }' "$1"
+}
+
+# growth COSTS: "WHAT: FACTOR", how the costs of the library grow.
+growth() {
+    awk '$2 == "drvrepo" { c[$1, $3, $4] = $5 }
+         END {
              for (i = 2; i <= 4; ++i)
-                 printf "W%d with L = 100: %.1f times L = 10\n", i,
-                        c["W" i, 256, 100] / c["W" i, 256, 10]
-             printf "W1 with N = 65,536: %.2f times N = 16\n", c["W1", 65536, 0] / c["W1", 16, 0]
+                 printf "W%d, L = 100 against 10: %.1f\n", i, c["W" i, 256, 100] / c["W" i, 256, 10]
+             printf "W1, N = 65,536 against 16: %.2f\n", c["W1", 65536, 0] / c["W1", 16, 0]
              for (i = 2; i <= 4; i += 2)
-                 printf "W%d with N = 65,536: %.2f times N = 16\n", i,
+                 printf "W%d, N = 65,536 against 16: %.2f\n", i,
                         c["W" i, 65536, 10] / c["W" i, 16, 10]
          }' "$1"
 }
@@ -211,6 +218,7 @@ count() {
     local status=0
     all_costs
     table "$results/costs" bench/recorded.txt || status=$?
+    formulas "$results/costs"
     growth "$results/costs"
     compare "$results/sizes" bench/recorded.txt
     [ $status -eq 0 ] || echo "An operation has become more than 2 % dearer." >&2
@@ -231,7 +239,7 @@ quick() {
     all_sizes | awk '$2 == 256 || $1 ~ /^W6/' | orders drvrepo d1 d2 c1 >"$results/orders"
     costs "$results/orders" >"$results/costs"
     table "$results/costs"
-    heap
+    heap | sed "s,^,heap ,"
     sizes
 }
 

@@ -34,30 +34,37 @@ medians() {
         }' "$@"
 }
 
-# judge TIMES: the targets with the ratios reached, in Markdown.
+# judge TIMES COSTS: the targets with the ratios reached, in Markdown.
 judge() {
-    echo '| work | N | L | peer | most | aim | reached | |'
-    echo '|---|---|---|---|---|---|---|---|'
-    awk 'NR == FNR { ratio[$1, $3, $4, $2] = $6; next }
-         /^W/ { key = $1 SUBSEP $2 SUBSEP $3 SUBSEP $4
-                reached = sprintf("%.2f", ratio[key])
-                verdict = $6 != "-" && reached <= $6 + 0 ? "aim" : reached <= $5 + 0 ? "yes" : "**no**"
-                print "| " $1 " | " $2 " | " $3 " | " $4 " | " $5 " | " $6 " | " reached " | " verdict " |"
-         }' "$1" bench/targets.txt
+    echo '| work | N | L | peer | most | aim | time | instructions | |'
+    echo '|---|---:|---:|---|---:|---:|---:|---:|---|'
+    awk 'FILENAME == ARGV[1] { ratio[$1, $3, $4, $2] = $6; next }
+         FILENAME == ARGV[2] { cost[$1, $3, $4, $2] = $5; next }
+         /^W/ { size = $1 SUBSEP $2 SUBSEP $3
+                time = sprintf("%.2f", ratio[size, $4])
+                verdict = "**missed**"
+                if (time <= $5 + 0) verdict = "reached"
+                if ($6 != "-" && time <= $6 + 0) verdict = "aim"
+                counted = ""
+                if (cost[size, $4] > 0)
+                    counted = sprintf("%.2f", cost[size, "drvrepo"] / cost[size, $4])
+                print "| " $1 " | " $2 " | " $3 " | " $4 " | " $5 " | " $6 " | " time " | " \
+                      counted " | " verdict " |"
+         }' "$1" "$2" bench/targets.txt
 }
 
 # all_times TIMES: every median in nanoseconds, in Markdown.
 all_times() {
-    awk 'BEGIN { split("drvrepo d1 d2 c1 e1 e2 e3", systems, " ")
-                 print "| work | N | L | drvrepo | d1 | d2 | c1 | e1 | e2 | e3 |"
-                 print "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|" }
+    awk 'BEGIN { split("drvrepo d1 d2 c1 e1 e2 e3 drvrepo-locked", systems, " ")
+                 print "| work | N | L | drvrepo | d1 | d2 | c1 | e1 | e2 | e3 | locked |"
+                 print "|---|---:|---:|---:|---:|---:|---:|---:|---:|---:|---:|" }
          { row = $1 " | " $3 " | " $4
            if (!(row in seen)) { seen[row]; rows[++count] = row }
            time[row, $2] = $5 }
          END {
              for (i = 1; i <= count; ++i) {
                  line = "| " rows[i]
-                 for (j = 1; j <= 7; ++j) {
+                 for (j = 1; j <= 8; ++j) {
                      t = time[rows[i], systems[j]]
                      line = line " | " (t == "" ? "" : sprintf(t < 1000 ? "%.1f" : "%.0f", t))
                  }
@@ -76,10 +83,11 @@ run_rounds() {
         echo "round $i of $1: $SECONDS s" >&2
     done
     medians $(seq -f "$results/round.%g" "$1") >"$results/times"
-    judge "$results/times" | tee "$results/judged.md"
+    sed -n 's/^cost //p' bench/recorded.txt >"$results/recorded-costs"
+    judge "$results/times" "$results/recorded-costs" | tee "$results/judged.md"
     all_times "$results/times" >"$results/times.md"
     gnuplot -e "times='$results/times'; folder='$results'" bench/plots.gp
-    echo
-    "$build/bin/bench_start" 200 "$build"/bin/start_{d1,drvrepo} | sed 's|.*/||; s/$/ ms to the first driver/'
+    "$build/bin/bench_start" 300 "$build"/bin/start_{d1,drvrepo} | sed 's|.*/start_||' |
+        tee "$results/start"
     echo "All times: $results/times.md; plots: $results/*.svg"
 }
