@@ -30,8 +30,9 @@ set(CPACK_DEBIAN_SHELL_PACKAGE_NAME drvsh)
 set(CPACK_DEBIAN_SHELL_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_SHELL_PACKAGE_DEPENDS "${runtime_package} ${same_version}")
 set(CPACK_COMPONENT_SHELL_DESCRIPTION "shell for the registry of a process's drivers
-Adds drivers, listeners, attachments and channel groups from scripts or a line
-configuration, and shows what the listeners are told.")
+Adds drivers, listeners, attachments and channel groups from scripts, a
+terminal or a line configuration, and shows or draws what the listeners are
+told.")
 
 if(CMAKE_CROSSCOMPILING)
     # The target's packages aren't on this machine, so nothing here can tell which libraries are
@@ -41,7 +42,7 @@ if(CMAKE_CROSSCOMPILING)
     string(APPEND CPACK_DEBIAN_SHELL_PACKAGE_DEPENDS ", ${system_libraries}")
 else()
     set(CPACK_DEBIAN_LIBRARIES_PACKAGE_SHLIBDEPS ON)
-    set(CPACK_DEBIAN_SHELL_PACKAGE_SHLIBDEPS ON)
+    set(CPACK_DEBIAN_SHELL_PACKAGE_SHLIBDEPS ON) # libedit among them, where it was there
     set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 endif()
 include(CPack)

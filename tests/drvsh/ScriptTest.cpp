@@ -1,3 +1,4 @@
+#include <drvsh/Files.h>
 #include <drvsh/Script.h>
 
 #include <gtest/gtest.h>
@@ -74,7 +75,7 @@ TEST_F(ScriptFile, IsReadWhole)
     write(std::string("a\0b\nc", 5));
     std::string text;
     EXPECT_EQ("", readFile(path_, text));
-    EXPECT_EQ(std::string("a\0b\nc\n", 6), text);
+    EXPECT_EQ(std::string("a\0b\nc", 5), text);
 }
 
 TEST(Script, OfATextHasNoFolder)

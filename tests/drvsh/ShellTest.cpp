@@ -95,7 +95,7 @@ TEST_F(ShellScript, ShowsACommandWhenSomethingStandsUnderIt)
 
 TEST_F(ShellScript, ShowsEveryCommandWhereAskedTo)
 {
-    text_.showCommands(true);
+    text_.showCommands(TextNarrator::Commands::All);
     EXPECT_EQ("> listen a\n"
               "> driver add a\n"
               "  a: a: added\n"
@@ -134,6 +134,54 @@ TEST_F(ShellScript, HelpShowsCommandsAndTheirUse)
               run("help driver"));
     EXPECT_EQ("t:1: help: unknown command 'drivr', did you mean 'drivers'?\n",
               failing("help drivr"));
+}
+
+TEST_F(ShellScript, EveryCommandHasAnExampleThatRuns)
+{
+    char const* const before = "driver add 'fxs 1'\nlisten desk\nattach 'fxs 1' room 12\n"
+                               "group add g 1-3\ngroup observe g calls\n";
+    for (CommandEntry const& entry : allCommands()) {
+        std::ostringstream out;
+        std::ostringstream err;
+        TextNarrator text(out, err);
+        Shell shell(text);
+        std::string const folder = SOURCE_FOLDER;
+        std::string example = entry.example;
+        EXPECT_EQ(0u, (example + " ").find(entry.name + " ")) << entry.name << ": " << example;
+        if (entry.name == "load")
+            example.replace(example.find("examples"), 0, folder + "/");
+        Script script = Script::text("t", before + example + "\n");
+        EXPECT_TRUE(shell.run(script, false)) << err.str();
+        EXPECT_NE(std::string::npos,
+                  run("help " + entry.name).find("Example:\n  " + entry.example));
+    }
+}
+
+TEST_F(ShellScript, ListsListenersInTheOrderInWhichTheyAreTold)
+{
+    quietly("listen c --priority 5\nlisten b --priority 5\nlisten d --priority 6\nlisten a\n"
+            "unlisten b\nlisten b --priority 6");
+    std::string const told = run("driver add x");
+    std::string listed;
+    for (ListenerWish const* wish : shell_.listeners())
+        listed += "  " + wish->name + ": x: added\n";
+    EXPECT_EQ("> driver add x\n" + listed, told);
+}
+
+TEST_F(ShellScript, LogsFromOneCommandToAnother)
+{
+    EXPECT_EQ("> driver add b\n  [7] DrvRepo: Add driver 'b'\n",
+              run("driver add a\nlog\ndriver add b\nlog off\ndriver add c"));
+    EXPECT_EQ("t:1: log: '-1' is neither a number from 0 to 4294967295 nor 'off'\n",
+              failing("log -1"));
+}
+
+TEST_F(ShellScript, NothingRunsBehindExit)
+{
+    EXPECT_EQ("a\n", run("echo a\nexit\necho b\nnonsense"));
+    EXPECT_TRUE(good_);
+    EXPECT_TRUE(shell_.hasEnded());
+    EXPECT_EQ("", run("echo c"));
 }
 
 TEST_F(ShellScript, LogsWhereAskedTo)

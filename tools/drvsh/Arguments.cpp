@@ -3,6 +3,8 @@
 #include "ChannelList.h"
 #include "Nearest.h"
 
+#include <CLI/CLI.hpp>
+
 #include <algorithm>
 
 namespace
@@ -14,11 +16,22 @@ char const CLOSE = '\x02';
 constexpr int MANY = CLI::detail::expected_max_vector_size;
 } // namespace
 
-Arguments::Arguments(std::string const& name, std::string const& summary) : app_(summary, name)
+Arguments::Arguments(std::string const& name, std::string const& summary,
+                     std::string const& example)
+    : app_(std::make_unique<CLI::App>(summary, name))
 {
-    app_.set_help_flag("--help", "Show this help");
-    app_.allow_extras();
-    app_.get_formatter()->column_width(26);
+    if (!example.empty())
+        app_->footer("Example:\n  " + example);
+    app_->set_help_flag("--help", "Show this help");
+    app_->allow_extras();
+    app_->get_formatter()->column_width(26);
+}
+
+Arguments::~Arguments() = default;
+
+void Arguments::footer(std::string const& text)
+{
+    app_->footer(text);
 }
 
 CLI::Option* Arguments::add(std::string const& name, std::string const& type,
@@ -32,11 +45,15 @@ CLI::Option* Arguments::add(std::string const& name, std::string const& type,
         store(values);
         return true;
     };
-    CLI::Option* const option = app_.add_option(name, decodeAndStore, help);
+    CLI::Option* const option = app_->add_option(name, decodeAndStore, help);
     option->type_name(type);
     option->type_size(1);
     for (std::string const& letter : option->get_snames())
         withValue_.insert(letter);
+    for (std::string const& longName : option->get_lnames())
+        values_["--" + longName] = {type, false};
+    if (option->get_positional())
+        positionals_.push_back({name, false});
     return option;
 }
 
@@ -56,6 +73,7 @@ void Arguments::rest(std::string const& name, std::vector<std::string>& values, 
 {
     CLI::Option* const option =
         add(name, "", help, [&values](Values const& given) { values = given; });
+    positionals_.back().isMany = true;
     option->required(least != 0)->expected(static_cast<int>(least), MANY)->allow_extra_args();
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
@@ -87,6 +105,7 @@ void Arguments::numberOrNone(std::string const& name, std::optional<unsigned>& v
 {
     withDefault_.insert(name);
     addNumber(name, "[=N]", help, [&value](unsigned number) { value = number; });
+    values_.erase(name); // its value is no word of its own
 }
 
 void Arguments::list(std::string const& name, std::string const& type,
@@ -94,6 +113,7 @@ void Arguments::list(std::string const& name, std::string const& type,
 {
     CLI::Option* const option =
         add(name, type, help, [&values](Values const& given) { values = given; });
+    values_[name].isMany = true;
     option->expected(1, MANY)->allow_extra_args();
     option->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
@@ -108,7 +128,7 @@ void Arguments::repeated(std::string const& name, std::string const& type,
 
 void Arguments::flag(std::string const& name, bool& value, std::string const& help)
 {
-    app_.add_flag(name, value, help)->disable_flag_override();
+    app_->add_flag(name, value, help)->disable_flag_override();
 }
 
 void Arguments::raw(std::string const& name, std::vector<std::string>& words,
@@ -132,7 +152,7 @@ bool Arguments::parse(std::vector<std::string> const& words)
     }
     std::reverse(encoded.begin(), encoded.end());
     try {
-        app_.parse(encoded);
+        app_->parse(encoded);
     } catch (CLI::Success const&) {
         return false;
     } catch (CLI::ParseError const& error) {
@@ -194,7 +214,7 @@ std::string Arguments::withoutStandIns(std::string text) const
 
 void Arguments::refuseExtras() const
 {
-    for (std::string const& extra : app_.remaining()) {
+    for (std::string const& extra : app_->remaining()) {
         if (extra == "--")
             continue;
         std::string const word = decoded(extra);
@@ -205,9 +225,15 @@ void Arguments::refuseExtras() const
     }
 }
 
+Arguments::OptionValue const* Arguments::valueOf(std::string const& option) const
+{
+    auto const found = values_.find(option);
+    return found != values_.end() ? &found->second : nullptr;
+}
+
 std::string Arguments::help() const
 {
-    std::string text = app_.help();
+    std::string text = app_->help();
     text.erase(text.find_last_not_of('\n') + 1);
     return text;
 }
@@ -215,7 +241,7 @@ std::string Arguments::help() const
 std::vector<std::string> Arguments::options() const
 {
     std::vector<std::string> names;
-    for (CLI::Option const* option : app_.get_options())
+    for (CLI::Option const* option : app_->get_options())
         for (std::string const& name : option->get_lnames())
             names.push_back("--" + name);
     return names;

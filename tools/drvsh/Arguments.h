@@ -1,14 +1,21 @@
 #ifndef DRVSH_ARGUMENTS_H
 #define DRVSH_ARGUMENTS_H
 
-#include <CLI/CLI.hpp>
-
+#include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+// Its header takes seconds to compile; nobody but Arguments needs it.
+namespace CLI
+{
+class App;
+class Option;
+} // namespace CLI
 
 /// Arguments that a command does not understand.
 class UsageError : public std::runtime_error
@@ -29,7 +36,11 @@ public:
 class Arguments
 {
 public:
-    Arguments(std::string const& name, std::string const& summary);
+    /// `example`: a line that shows how to use it, for the help.
+    Arguments(std::string const& name, std::string const& summary, std::string const& example = "");
+    Arguments(Arguments const&) = delete;
+    Arguments& operator=(Arguments const&) = delete;
+    ~Arguments();
 
     /// An argument that must be given.
     void required(std::string const& name, std::string& value, std::string const& help);
@@ -66,8 +77,25 @@ public:
     std::string help() const;
     /// The names of all options, "--help" among them.
     std::vector<std::string> options() const;
+
+    /// What the help calls an argument, and whether it may be given several times.
+    struct Positional
+    {
+        std::string name;
+        bool isMany;
+    };
+    /// The arguments, in their order.
+    std::vector<Positional> const& positionals() const { return positionals_; }
+    /// What the help calls the value of an option, and whether several may follow it.
+    struct OptionValue
+    {
+        std::string name;
+        bool isMany;
+    };
+    /// Of the option "--name"; null if there is none, or if it takes no value.
+    OptionValue const* valueOf(std::string const& option) const;
     /// Text that stands under the help.
-    void footer(std::string const& text) { app_.footer(text); }
+    void footer(std::string const& text);
 
 private:
     using Values = std::vector<std::string>;
@@ -81,10 +109,12 @@ private:
     std::string withoutStandIns(std::string text) const;
     void refuseExtras() const;
 
-    CLI::App app_;
+    std::unique_ptr<CLI::App> app_;
     std::map<std::string, std::string> originals_; // what CLI11 sees to what was written
     std::set<std::string> withDefault_;            // options whose number may be left out
     std::set<std::string> withValue_;              // letters of options that take a value
+    std::vector<Positional> positionals_;
+    std::map<std::string, OptionValue> values_; // by option
     std::vector<std::string>* raw_ = nullptr;
 };
 

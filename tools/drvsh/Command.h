@@ -37,12 +37,15 @@ struct CommandEntry
 {
     std::string name;    ///< One word or two: "echo", "driver add".
     std::string summary; ///< What it does, for the list of commands and its own help.
+    std::string example; ///< A line that shows how to use it.
     std::unique_ptr<Command> (*make)();
 };
 
-template <class C> CommandEntry commandEntry(std::string const& name, std::string const& summary)
+template <class C>
+CommandEntry commandEntry(std::string const& name, std::string const& summary,
+                          std::string const& example = "")
 {
-    return {name, summary, [] { return std::unique_ptr<Command>(new C); }};
+    return {name, summary, example, [] { return std::unique_ptr<Command>(new C); }};
 }
 
 using CommandEntries = std::vector<CommandEntry>;

@@ -86,9 +86,12 @@ private:
 
 void addAttachmentCommands(CommandEntries& entries)
 {
-    entries.push_back(commandEntry<Attach>("attach", "Set an attachment of a driver"));
-    entries.push_back(commandEntry<Detach>("detach", "Clear an attachment of a driver"));
-    entries.push_back(commandEntry<Get>("get", "Print the value of an attachment"));
     entries.push_back(
-        commandEntry<Attachments>("attachments", "Print all attachments of a driver"));
+        commandEntry<Attach>("attach", "Set an attachment of a driver", "attach 'fxs 1' room 13"));
+    entries.push_back(
+        commandEntry<Detach>("detach", "Clear an attachment of a driver", "detach 'fxs 1' room"));
+    entries.push_back(
+        commandEntry<Get>("get", "Print the value of an attachment", "get 'fxs 1' room"));
+    entries.push_back(commandEntry<Attachments>("attachments", "Print all attachments of a driver",
+                                                "attachments 'fxs 1'"));
 }

@@ -146,9 +146,12 @@ private:
 
 void addDriverCommands(CommandEntries& entries)
 {
-    entries.push_back(commandEntry<DriverAdd>("driver add", "Add a driver"));
-    entries.push_back(commandEntry<DriverRemove>("driver remove", "Remove a driver"));
-    entries.push_back(commandEntry<DriverShow>("driver show", "Print what a driver is and has"));
+    entries.push_back(commandEntry<DriverAdd>("driver add", "Add a driver",
+                                              "driver add 'fxs 2' --did DID_FXS --iface IInfo"));
     entries.push_back(
-        commandEntry<Drivers>("drivers", "Print all drivers and their types, the oldest first"));
+        commandEntry<DriverRemove>("driver remove", "Remove a driver", "driver remove 'fxs 1'"));
+    entries.push_back(commandEntry<DriverShow>("driver show", "Print what a driver is and has",
+                                               "driver show 'fxs 1'"));
+    entries.push_back(commandEntry<Drivers>(
+        "drivers", "Print all drivers and their types, the oldest first", "drivers --json"));
 }

@@ -152,9 +152,11 @@ private:
 
 void addExplainCommands(CommandEntries& entries)
 {
+    entries.push_back(commandEntry<Explain>("explain",
+                                            "Say why a listener is, or is not, told about a driver",
+                                            "explain 'fxs 1' desk --if room=13"));
+    entries.push_back(commandEntry<Who>("who", "Print the listeners that are told about a driver",
+                                        "who 'fxs 1' --all"));
     entries.push_back(
-        commandEntry<Explain>("explain", "Say why a listener is, or is not, told about a driver"));
-    entries.push_back(commandEntry<Who>("who", "Print the listeners that are told about a driver"));
-    entries.push_back(
-        commandEntry<Whom>("whom", "Print the drivers that a listener is told about"));
+        commandEntry<Whom>("whom", "Print the drivers that a listener is told about", "whom desk"));
 }

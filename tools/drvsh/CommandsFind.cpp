@@ -11,7 +11,7 @@ public:
     void declare(Arguments& arguments) override
     {
         arguments.option("--did", "UUID|NAME", did_, "Only drivers of this type");
-        arguments.option("--prefix", "TEXT", prefix_, "Only drivers whose name begins so");
+        arguments.option("--prefix", "PREFIX", prefix_, "Only drivers whose name begins so");
         arguments.list("--attr", "KEY=VALUE", attributes_,
                        "Only drivers with attachments that begin so");
         arguments.option("--iface", "UUID|NAME", iface_, "Only drivers with this interface");
@@ -62,6 +62,7 @@ private:
 
 void addFindCommand(CommandEntries& entries)
 {
-    entries.push_back(
-        commandEntry<Find>("find", "Print the names of drivers that meet all criteria"));
+    entries.push_back(commandEntry<Find>("find",
+                                         "Print the names of drivers that meet all criteria",
+                                         "find --prefix 'fxs ' --attr room=1"));
 }

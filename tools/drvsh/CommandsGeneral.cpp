@@ -1,3 +1,4 @@
+#include "ChannelList.h"
 #include "Json.h"
 #include "Shell.h"
 
@@ -48,6 +49,37 @@ private:
     std::vector<std::string> words_;
 };
 
+class Log : public Command
+{
+public:
+    void declare(Arguments& arguments) override
+    {
+        arguments.optional("VERBOSITY", verbosity_,
+                           "Show debug lines up to this verbosity (0), or 'off'");
+    }
+    void run(Shell& shell) override
+    {
+        unsigned verbosity = 0;
+        if (verbosity_ == "off")
+            shell.hideLog();
+        else if (!verbosity_ || readNumber(*verbosity_, UINT32_MAX, verbosity))
+            shell.showLog(verbosity);
+        else
+            throw CommandError("'" + *verbosity_ +
+                               "' is neither a number from 0 to 4294967295 nor 'off'");
+    }
+
+private:
+    std::optional<std::string> verbosity_;
+};
+
+class Exit : public Command
+{
+public:
+    void declare(Arguments&) override {}
+    void run(Shell& shell) override { shell.end(); }
+};
+
 class Help : public Command
 {
 public:
@@ -73,7 +105,7 @@ public:
         }
         std::size_t used = 0;
         CommandEntry const& entry = findCommand(words_, used);
-        Arguments arguments(entry.name, entry.summary);
+        Arguments arguments(entry.name, entry.summary, entry.example);
         std::unique_ptr<Command> const command = entry.make();
         command->declare(arguments);
         shell.output().line(arguments.help());
@@ -87,7 +119,14 @@ private:
 
 void addGeneralCommands(CommandEntries& entries)
 {
-    entries.push_back(commandEntry<Echo>("echo", "Print a text"));
-    entries.push_back(commandEntry<Fails>("fails", "Succeed, and say why, if a command fails"));
-    entries.push_back(commandEntry<Help>("help", "Show the commands, or how to use one"));
+    entries.push_back(
+        commandEntry<Echo>("echo", "Print a text", "echo 'The guard refuses a port.'"));
+    entries.push_back(commandEntry<Fails>("fails", "Succeed, and say why, if a command fails",
+                                          "fails driver add 'fxs 1'"));
+    entries.push_back(
+        commandEntry<Log>("log", "Show the library's log lines from here on", "log 7"));
+    entries.push_back(commandEntry<Exit>("exit", "Run no further command", "exit"));
+    entries.push_back(commandEntry<Exit>("quit", "Run no further command", "quit"));
+    entries.push_back(
+        commandEntry<Help>("help", "Show the commands, or how to use one", "help driver add"));
 }

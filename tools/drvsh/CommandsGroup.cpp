@@ -201,13 +201,16 @@ private:
 void addGroupCommands(CommandEntries& entries)
 {
     entries.push_back(
-        commandEntry<Groups>("groups", "Print all channel groups and their timeslots"));
-    entries.push_back(commandEntry<GroupAdd>("group add", "Add a channel group"));
+        commandEntry<Groups>("groups", "Print all channel groups and their timeslots", "groups"));
+    entries.push_back(commandEntry<GroupAdd>("group add", "Add a channel group",
+                                             "group add 'e1t1 1/B-CHANNELS' 1-15;17-31"));
+    entries.push_back(commandEntry<GroupSet>("group set", "Change the timeslots of a channel group",
+                                             "group set g 1-7"));
     entries.push_back(
-        commandEntry<GroupSet>("group set", "Change the timeslots of a channel group"));
-    entries.push_back(commandEntry<GroupShow>("group show", "Print what a channel group has"));
+        commandEntry<GroupShow>("group show", "Print what a channel group has", "group show g"));
     entries.push_back(commandEntry<GroupObserve>(
-        "group observe", "Register an observer, which shows what it hears, and may refuse"));
-    entries.push_back(
-        commandEntry<GroupUnobserve>("group unobserve", "Remove an observer of a channel group"));
+        "group observe", "Register an observer, which shows what it hears, and may refuse",
+        "group observe g ports --veto --refuse 'added 16' --say 'it signals'"));
+    entries.push_back(commandEntry<GroupUnobserve>(
+        "group unobserve", "Remove an observer of a channel group", "group unobserve g calls"));
 }

@@ -28,5 +28,6 @@ private:
 
 void addInfoCommand(CommandEntries& entries)
 {
-    entries.push_back(commandEntry<Info>("info", "Print the repository's diagnostics"));
+    entries.push_back(
+        commandEntry<Info>("info", "Print the repository's diagnostics", "info --detail 2"));
 }

@@ -14,7 +14,7 @@ public:
         arguments.required("NAME", wish_.name, "The listener's name");
         arguments.option("--did", "UUID|NAME", did_, "Only drivers of this type");
         arguments.option("--iface", "UUID|NAME", iface_, "Only drivers with this interface");
-        arguments.option("--prefix", "TEXT", prefix_, "Only drivers whose name begins so");
+        arguments.option("--prefix", "PREFIX", prefix_, "Only drivers whose name begins so");
         arguments.list("--attr", "KEY=VALUE", attributes_,
                        "Only drivers with attachments that begin so");
         arguments.number("--priority", wish_.priority, "Lower is told first (0)");
@@ -119,9 +119,10 @@ private:
 void addListenCommands(CommandEntries& entries)
 {
     entries.push_back(commandEntry<Listen>(
-        "listen", "Register a listener, which shows what it hears, and may refuse"));
+        "listen", "Register a listener, which shows what it hears, and may refuse",
+        "listen guard --priority 9 --veto --refuse 'added fxs 99' --say 'no such port'"));
     entries.push_back(commandEntry<Listeners>(
-        "listeners",
-        "Print all listeners and their criteria, in the order in which they are told"));
-    entries.push_back(commandEntry<Unlisten>("unlisten", "Remove a listener"));
+        "listeners", "Print all listeners and their criteria, in the order in which they are told",
+        "listeners"));
+    entries.push_back(commandEntry<Unlisten>("unlisten", "Remove a listener", "unlisten desk"));
 }

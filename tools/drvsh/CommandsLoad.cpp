@@ -1,6 +1,6 @@
+#include "Files.h"
 #include "Identifiers.h"
 #include "LineConfig.h"
-#include "Script.h"
 #include "Shell.h"
 #include "ShellDriver.h"
 #include "ShellGroup.h"
@@ -128,6 +128,7 @@ private:
 
 void addLoadCommand(CommandEntries& entries)
 {
-    entries.push_back(commandEntry<Load>(
-        "load", "Register the spans and analogue ports of a line configuration"));
+    entries.push_back(
+        commandEntry<Load>("load", "Register the spans and analogue ports of a line configuration",
+                           "load examples/lines.conf"));
 }

@@ -168,12 +168,15 @@ private:
 
 void addNameCommands(CommandEntries& entries)
 {
-    entries.push_back(commandEntry<NameBuild>("name build", "Build a driver name from its parts"));
-    entries.push_back(commandEntry<NameSplit>("name split", "Take a driver name apart"));
-    entries.push_back(
-        commandEntry<NameRebuild>("name rebuild", "Give a driver name another type word"));
-    entries.push_back(
-        commandEntry<PortType>("port", "Turn a type word into its port type, or a port type back"));
-    entries.push_back(
-        commandEntry<Timeslots>("timeslots", "Turn a text of timeslots into a mask, or back"));
+    entries.push_back(commandEntry<NameBuild>("name build", "Build a driver name from its parts",
+                                              "name build e1t1 0 3 / D-CHANNEL"));
+    entries.push_back(commandEntry<NameSplit>("name split", "Take a driver name apart",
+                                              "name split 'e1t1 0 3/D-CHANNEL'"));
+    entries.push_back(commandEntry<NameRebuild>("name rebuild",
+                                                "Give a driver name another type word",
+                                                "name rebuild 'e1t1 1/D-CHANNEL' bri"));
+    entries.push_back(commandEntry<PortType>(
+        "port", "Turn a type word into its port type, or a port type back", "port fxs"));
+    entries.push_back(commandEntry<Timeslots>(
+        "timeslots", "Turn a text of timeslots into a mask, or back", "timeslots 1-15;17-31"));
 }

@@ -13,6 +13,7 @@ public:
     /// The streams must outlive it.
     JsonNarrator(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
 
+    bool good() const override { return out_.good(); }
     void command(std::string const& text) override;
     void said(std::string const& text) override;
     void remarked(std::string const& text) override;

@@ -33,6 +33,9 @@ public:
     Narrator& operator=(Narrator const&) = delete;
     virtual ~Narrator() = default;
 
+    /// Whether what it tells still arrives somewhere.
+    virtual bool good() const { return true; }
+
     /// Somebody is there who can be told something, until it leaves.
     virtual void came(Hearer const&) {}
     virtual void left(Hearer const&) {}

@@ -15,6 +15,12 @@ std::string addressText(void const* address)
 }
 } // namespace
 
+bool Output::good() const
+{
+    return std::all_of(narrators_.begin(), narrators_.end(),
+                       [](Narrator const* narrator) { return narrator->good(); });
+}
+
 void Output::beginCommand(std::string const& text)
 {
     each([&](Narrator& narrator) { narrator.command(text); });

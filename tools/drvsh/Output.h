@@ -18,6 +18,9 @@ public:
     /// Lets `narrator`, which must outlive the shell, tell what happens from here on.
     void add(Narrator& narrator) { narrators_.push_back(&narrator); }
 
+    /// Whether all that is told still arrives somewhere.
+    bool good() const;
+
     /// From here on everything is caused by the command of that text.
     void beginCommand(std::string const& text);
 

@@ -1,5 +1,7 @@
 #include "Script.h"
 
+#include "Expectations.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -35,6 +37,23 @@ Script Script::stream(std::string const& name, std::istream& stream)
 
 bool Script::next(std::string& line)
 {
+    if (!fetch(line))
+        return false;
+    while (isFence(line)) {
+        unsigned const begin = line_;
+        std::string const fence = line;
+        while (fetch(line) && line != fence) {
+        }
+        if (line != fence && problem_.empty())
+            problem_ = "what line " + std::to_string(begin) + " expects has no end, " + fence;
+        if (!fetch(line))
+            return false;
+    }
+    return true;
+}
+
+bool Script::fetch(std::string& line)
+{
     if (!problem_.empty())
         return false;
     errno = 0;
@@ -58,16 +77,4 @@ std::string Script::place() const
 void Script::noteFailure()
 {
     problem_ = errno != 0 ? std::strerror(errno) : "it can't be read";
-}
-
-std::string readFile(std::string const& path, std::string& text)
-{
-    Script script = Script::file(path);
-    std::string read;
-    std::string line;
-    while (script.next(line))
-        read += line + "\n";
-    if (script.problem().empty())
-        text = read;
-    return script.problem();
 }

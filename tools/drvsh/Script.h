@@ -17,7 +17,8 @@ public:
     /// The commands in a stream that outlives the script.
     static Script stream(std::string const& name, std::istream& stream);
 
-    /// Fetches the next line, without its line end. Returns false at the end.
+    /// Fetches the next line, without its line end; what the script expects of its commands is
+    /// passed over. Returns false at the end.
     bool next(std::string& line);
     /// Why the source can't be read (any further), or the empty text.
     std::string const& problem() const { return problem_; }
@@ -31,6 +32,7 @@ public:
 
 private:
     Script(std::string name, std::istream* stream) : name_(std::move(name)), stream_(stream) {}
+    bool fetch(std::string& line);
     void noteFailure();
 
     std::string name_;
@@ -40,8 +42,5 @@ private:
     std::string problem_;
     unsigned line_ = 0;
 };
-
-/// Reads a whole file into `text`. Returns the reason why it can't be read, or the empty text.
-std::string readFile(std::string const& path, std::string& text);
 
 #endif

@@ -28,7 +28,7 @@ char const STYLE[] =
 .teller{fill:#dfe9f7;stroke:#5c7fae}
 text.name{font-weight:bold;stroke:none}
 text.detail{font-size:11px;fill:#5d6b7d;stroke:none}
-text.caption{font-family:"DejaVu Sans",Verdana,"Helvetica Neue",sans-serif;stroke:none}
+text.caption{font-family:"DejaVu Sans",Verdana,"Helvetica Neue",sans-serif}
 text.command{font-weight:bold}
 text.bad{fill:#c02626}
 text.back{fill:#9a5b00;stroke:#fff3dc}

@@ -36,12 +36,17 @@ void Shell::showLog(unsigned verbosity)
         output_, static_cast<std::int32_t>(verbosity < most ? verbosity : most));
 }
 
+void Shell::hideLog()
+{
+    monitor_.reset();
+}
+
 bool Shell::run(Script& script, bool keepGoing)
 {
     bool good = true;
     std::string line;
     folder_ = script.folder();
-    while ((good || keepGoing) && script.next(line))
+    while ((good || keepGoing) && !ended_ && output_.good() && script.next(line))
         good = runLine(line, script.place()) && good;
     if (!script.problem().empty())
         complain(script.name(), "can't be read: " + script.problem());
@@ -50,6 +55,8 @@ bool Shell::run(Script& script, bool keepGoing)
 
 bool Shell::runLine(std::string const& line, std::string const& place)
 {
+    if (ended_)
+        return true;
     try {
         CommandLine const command = splitWords(line);
         if (command.words.empty())
@@ -83,7 +90,7 @@ void Shell::execute(std::vector<std::string> const& words)
     std::size_t used = 0;
     CommandEntry const& entry = findCommand(words, used);
     std::unique_ptr<Command> const command = entry.make();
-    Arguments arguments(entry.name, entry.summary);
+    Arguments arguments(entry.name, entry.summary, entry.example);
     command->declare(arguments);
     try {
         if (arguments.parse({words.begin() + static_cast<long>(used), words.end()}))

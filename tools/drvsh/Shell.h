@@ -50,12 +50,20 @@ public:
 
     /// Shows the library's log lines, debug lines up to a verbosity.
     void showLog(unsigned verbosity);
+    void hideLog();
 
     /// Runs a script. A command that fails is complained of with its place, and ends the script
     /// unless `keepGoing`. Returns whether all went well.
     bool run(Script& script, bool keepGoing);
+    /// Runs a line that stands at `place`. Returns whether it went well; if not, that has been
+    /// complained of.
+    bool runLine(std::string const& line, std::string const& place);
     /// Runs one command. Throws CommandError, which names the command.
     void execute(std::vector<std::string> const& words);
+
+    /// No further command is run.
+    void end() { ended_ = true; }
+    bool hasEnded() const { return ended_; }
 
     /// A path as the script that is running means it.
     std::string path(std::string const& path) const;
@@ -83,7 +91,6 @@ private:
         TYPtr<Delegate> delegate;
     };
 
-    bool runLine(std::string const& line, std::string const& place);
     void complain(std::string const& place, std::string const& reasons);
 
     Output output_;
@@ -92,6 +99,7 @@ private:
     TYPPtr<CDriverRepository> repository_;
     std::vector<Listening> listeners_; // in the order in which they are told
     std::string folder_;               // of the script that is running
+    bool ended_ = false;
 };
 
 /// Throws CommandError with the library's reason if `result` is a failure.

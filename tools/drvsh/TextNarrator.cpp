@@ -32,8 +32,8 @@ void TextNarrator::left(Hearer const& hearer)
 
 void TextNarrator::command(std::string const& text)
 {
-    command_ = "> " + text;
-    if (showCommands_)
+    command_ = showCommands_ != Commands::None ? "> " + text : "";
+    if (showCommands_ == Commands::All)
         showCommand();
 }
 

@@ -16,18 +16,21 @@
 ///       watcher: e1t1 1: set clock=master
 ///
 /// So that results can be read by other programs, a command is shown only when something is to
-/// stand under it, unless every command is to be shown.
+/// stand under it, unless told otherwise.
 class TextNarrator : public Narrator
 {
 public:
     /// The streams must outlive it; both may be the same.
     TextNarrator(std::ostream& out, std::ostream& err) : out_(out), err_(err) {}
 
-    /// Whether every command is shown, also those with nothing to stand under them.
-    void showCommands(bool all) { showCommands_ = all; }
+    /// Which commands are shown: those with something to stand under them, every one, or none, for
+    /// they stand on the screen already.
+    enum class Commands { Causing, All, None };
+    void showCommands(Commands which) { showCommands_ = which; }
     /// On which of the streams, that is terminals, colours help the eye.
     void useColours(bool out, bool err);
 
+    bool good() const override { return out_.good(); }
     void came(Hearer const& hearer) override { widths_.insert(hearer.name.size()); }
     void left(Hearer const& hearer) override;
     void command(std::string const& text) override;
@@ -48,7 +51,7 @@ private:
     bool coloursOut_ = false;
     bool coloursErr_ = false;
     std::string command_; // not yet shown
-    bool showCommands_ = false;
+    Commands showCommands_ = Commands::Causing;
     std::multiset<std::size_t> widths_; // of the names of those who may be told something
 };
 

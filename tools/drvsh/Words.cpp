@@ -1,14 +1,28 @@
 #include "Words.h"
 
+#include <algorithm>
+
 namespace
 {
 char const BLANKS[] = " \t";
+
+bool isSpecial(char c)
+{
+    return std::string(" \t\"'\\").find(c) != std::string::npos;
+}
+
+/// Whether a word, or the beginning of one, means itself.
+bool isPlain(std::string const& word)
+{
+    return word.compare(0, 1, "#") != 0 && std::none_of(word.begin(), word.end(), isSpecial);
+}
 
 class Splitter
 {
 public:
     explicit Splitter(std::string const& line) : line_(line) {}
     CommandLine split();
+    PartialLine splitPartial();
 
 private:
     std::string word();
@@ -18,6 +32,7 @@ private:
 
     std::string const& line_;
     std::size_t at_ = 0;
+    bool isPartial_ = false; // then quotes need not be closed
 };
 
 CommandLine Splitter::split()
@@ -38,6 +53,25 @@ CommandLine Splitter::split()
     return result;
 }
 
+PartialLine Splitter::splitPartial()
+{
+    isPartial_ = true;
+    PartialLine result;
+    for (;;) {
+        while (atBlank())
+            ++at_;
+        result.start = at_;
+        result.isComment = at_ < line_.size() && line_[at_] == '#';
+        if (at_ >= line_.size() || result.isComment)
+            return result;
+        result.last = word();
+        if (at_ >= line_.size())
+            return result;
+        result.words.push_back(std::move(result.last));
+        result.last.clear();
+    }
+}
+
 std::string Splitter::word()
 {
     std::string word;
@@ -48,9 +82,10 @@ std::string Splitter::word()
         } else if (c == '"') {
             doubleQuotes(word);
         } else if (c == '\\') {
-            if (at_ >= line_.size())
+            if (at_ < line_.size())
+                word += line_[at_++];
+            else if (!isPartial_)
                 throw QuotingError("there is nothing behind the backslash");
-            word += line_[at_++];
         } else {
             word += c;
         }
@@ -61,10 +96,10 @@ std::string Splitter::word()
 void Splitter::singleQuotes(std::string& word)
 {
     std::size_t const end = line_.find('\'', at_);
-    if (end == std::string::npos)
+    if (end == std::string::npos && !isPartial_)
         throw QuotingError("a quote ' is not closed");
     word.append(line_, at_, end - at_);
-    at_ = end + 1;
+    at_ = end == std::string::npos ? line_.size() : end + 1;
 }
 
 void Splitter::doubleQuotes(std::string& word)
@@ -78,7 +113,8 @@ void Splitter::doubleQuotes(std::string& word)
             c == '\\' && at_ < line_.size() && escapable.find(line_[at_]) != std::string::npos;
         word += escapes ? line_[at_++] : c;
     }
-    throw QuotingError("a quote \" is not closed");
+    if (!isPartial_)
+        throw QuotingError("a quote \" is not closed");
 }
 } // namespace
 
@@ -87,11 +123,29 @@ CommandLine splitWords(std::string const& line)
     return Splitter(line).split();
 }
 
+PartialLine splitPartial(std::string const& line)
+{
+    return Splitter(line).splitPartial();
+}
+
+std::string openQuoted(std::string const& beginning)
+{
+    if (isPlain(beginning))
+        return beginning;
+    if (beginning.find('\'') == std::string::npos)
+        return "'" + beginning;
+    std::string text;
+    for (char c : beginning) {
+        if (isSpecial(c) || (text.empty() && c == '#'))
+            text += '\\';
+        text += c;
+    }
+    return text;
+}
+
 std::string quoted(std::string const& word)
 {
-    bool const plain =
-        !word.empty() && word.front() != '#' && word.find_first_of(" \t\"'\\") == std::string::npos;
-    if (plain)
+    if (!word.empty() && isPlain(word))
         return word;
     if (word.find('\'') == std::string::npos)
         return "'" + word + "'";

@@ -1,0 +1,31 @@
+#!/usr/bin/env bash
+# random_test.sh LINES GENERATOR COMMAND...: feeds drvsh, which COMMAND starts, with that many random
+# lines, twice: it must reach the end, complain only in its own words, and say the same both times.
+set -u
+lines=$1
+generator=$2
+shift 2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder" || exit 1
+"$generator" 1 "$lines" >commands || exit 1
+echo 'echo the end' >>commands
+for run in first second; do
+    "$@" --keep-going --sequence $run.svg <commands >$run.out 2>$run.err
+    status=$?
+    if [ $status -ne 1 ]; then
+        echo "ended with $status instead of 1"
+        tail -n 40 $run.err
+        exit 1
+    fi
+    if [ "$(tail -n 1 $run.out)" != 'the end' ]; then
+        echo 'the last line was not reached'
+        exit 1
+    fi
+    if grep -avE '^<stdin>:[0-9]+: ' $run.err; then
+        echo '^ is no complaint of the shell'
+        exit 1
+    fi
+done
+cmp first.out second.out && cmp first.err second.err && cmp first.svg second.svg || exit 1
+echo "$lines lines, $(grep -c . first.err) complaints, $(grep -ac '^> ' first.out) commands that caused something"

@@ -1,0 +1,90 @@
+#include "LineReader.h"
+
+#include <cerrno>
+#include <csignal>
+#include <unistd.h>
+
+namespace
+{
+class PlainReader : public LineReader
+{
+public:
+    explicit PlainReader(std::string const& prompt) : prompt_(prompt) {}
+    Got read(std::string& line) override;
+
+private:
+    bool takeLine(std::string& line);
+    static void write(std::string const& text);
+
+    std::string prompt_;
+    std::string read_; // and not yet handed out
+};
+
+LineReader::Got PlainReader::read(std::string& line)
+{
+    write(prompt_);
+    while (!takeLine(line)) {
+        char buffer[4096];
+        ssize_t const count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count > 0) {
+            read_.append(buffer, static_cast<std::size_t>(count));
+        } else if (count < 0 && errno == EINTR) {
+            // The terminal has dropped what was typed.
+            read_.clear();
+            write("\n");
+            return Got::Cancelled;
+        } else {
+            line.swap(read_);
+            read_.clear();
+            return line.empty() ? Got::End : Got::Line;
+        }
+    }
+    return Got::Line;
+}
+
+bool PlainReader::takeLine(std::string& line)
+{
+    std::size_t const end = read_.find('\n');
+    if (end == std::string::npos)
+        return false;
+    line = read_.substr(0, end);
+    read_.erase(0, end + 1);
+    return true;
+}
+
+void PlainReader::write(std::string const& text)
+{
+    // If the terminal is gone, reading says so.
+    ssize_t const ignored = ::write(STDOUT_FILENO, text.data(), text.size());
+    static_cast<void>(ignored);
+}
+
+struct sigaction before; // how SIGINT was handled
+
+void interrupted(int) {}
+} // namespace
+
+std::unique_ptr<LineReader> makePlainReader(LineReader::Setup const& setup)
+{
+    return std::make_unique<PlainReader>(setup.prompt);
+}
+
+InterruptGuard::InterruptGuard()
+{
+    struct sigaction action = {};
+    action.sa_handler = interrupted;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGINT, &action, &before); // without SA_RESTART: a read ends
+}
+
+InterruptGuard::~InterruptGuard()
+{
+    ::sigaction(SIGINT, &before, nullptr);
+}
+
+#ifndef DRVSH_EDIT
+std::unique_ptr<LineReader> makeLineReader(LineReader::Setup const& setup)
+{
+    return makePlainReader(setup);
+}
+#endif
