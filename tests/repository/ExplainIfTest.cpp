@@ -97,34 +97,21 @@ TEST_F(ExplainIf, CriteriaAndSelectionAreThoseOfAfterwards)
 }
 
 // Once in, an interface that the driver has ceased to offer is noticed when a value goes.
-class Changing : public TestDriver
-{
-public:
-    using TestDriver::TestDriver;
-    XCode queryInterface(TOVA_UUID const& iid, void** out) override
-    {
-        return isOffering ? CDriver::queryInterface(IID_Unknown(), out)
-                          : CDriver::queryInterface(iid, out);
-    }
-    bool isOffering = true;
-};
-
 TEST_F(ExplainIf, InterfaceIsAskedForWhereTheChangeAsksForIt)
 {
     const TOVA_UUID iid = TOVA_UUID::create(1, 1, 1, 1, "changing");
-    const TYPtr<Changing> changing(new Changing("fxs 1"));
-    repository().addDriver(error_, changing.get());
+    driver("fxs 1").offer(iid);
+    add("fxs 1");
     listen("a", 1, Terms().iid(iid));
     listen("b", 2, Terms().iid(iid).attribute("k", "1"));
     attach("fxs 1", "k", "2");
-    changing.get()->isOffering = false;
+    driver("fxs 1").withdraw(iid);
     EXPECT_EQ("stays in: set fxs 1 new=x;", foretold("a", "new", "x"));
     EXPECT_EQ("stays out:", foretold("b", "k", "1"));
     EXPECT_EQ("leaves: removed fxs 1;", foretold("a", "k", ""));
-    changing.get()->isOffering = true;
+    driver("fxs 1").offer(iid);
     EXPECT_EQ("stays in: cleared fxs 1 k=2;", foretold("a", "k", ""));
     EXPECT_EQ("joins: added fxs 1;", foretold("b", "k", "1"));
-    repository().removeDriver(changing.get());
 }
 
 TEST_F(ExplainIf, WithoutADelegateNothingIsToldAndAStoppedOneSwallowsIt)

@@ -37,20 +37,14 @@ template <std::size_t N> char const* pick(Rng& rng, char const* const (&from)[N]
     return from[below(rng, N)];
 }
 
-/// A driver that offers interfaces one and two at will.
-class Fickle : public CDriver
+/// Lets the driver offer an interface, or not.
+void toggle(TestDriver& driver, TOVA_UUID const& iid)
 {
-public:
-    using CDriver::CDriver;
-    XCode queryInterface(TOVA_UUID const& iid, void** out) override
-    {
-        for (std::uint32_t i = 0; i < 2; ++i)
-            if (offers[i] && iid == typeOf(i))
-                return CDriver::queryInterface(IID_Unknown(), out);
-        return CDriver::queryInterface(iid, out);
-    }
-    bool offers[2] = {false, false};
-};
+    if (driver.queryInterface(iid, nullptr).code() == 0)
+        driver.withdraw(iid);
+    else
+        driver.offer(iid);
+}
 
 Terms randomTerms(Rng& rng)
 {
@@ -76,7 +70,7 @@ public:
     Scene() : repository_(new TestRepository(loop_))
     {
         for (char const* name : NAMES)
-            drivers_.emplace_back(new Fickle(typeOf(name[0] == 'f' ? 0 : 1), name));
+            drivers_.emplace_back(new TestDriver(name, typeOf(name[0] == 'f' ? 0 : 1)));
         for (char const* name : LISTENERS)
             observers_.push_back(std::make_unique<RecordingObserver>(log_, name));
     }
@@ -104,7 +98,7 @@ public:
             repository().removeDriver(drivers_[who].get());
             break;
         case 2:
-            drivers_[who].get()->offers[listener % 2] ^= true;
+            toggle(*drivers_[who], typeOf(listener % 2));
             break;
         case 3:
             repository().removeDriverRepositoryObserver(LISTENERS[listener]);
@@ -133,7 +127,7 @@ private:
     TYEventLoop loop_;
     EventLog log_;
     std::vector<std::unique_ptr<RecordingObserver>> observers_;
-    std::vector<TYPtr<Fickle>> drivers_;
+    std::vector<TYPtr<TestDriver>> drivers_;
     TYPtr<TestRepository> repository_;
 };
 
@@ -197,7 +191,8 @@ TEST(ExplainRandom, WhatIfIsWhatHappens)
 
 /// How a record of the same driver and attachments, and a listener with the same criteria, are
 /// matched.
-bool talksTo(Fickle& driver, std::vector<std::pair<char const*, char const*>> const& attachments,
+bool talksTo(TestDriver& driver,
+             std::vector<std::pair<char const*, char const*>> const& attachments,
              Terms const& terms)
 {
     CDriverRepository::DriverWrapper record(nullptr, &driver);
@@ -220,7 +215,8 @@ TEST(ExplainRandom, SelectedIsWhatTalksToSays)
     RecordingObserver observer(log, "x");
     String error;
     for (int i = 0; i < rounds; ++i) {
-        const TYPtr<Fickle> driver(new Fickle(typeOf(below(rng, 3)), pick(rng, NAMES)));
+        const std::uint32_t type = below(rng, 3);
+        const TYPtr<TestDriver> driver(new TestDriver(pick(rng, NAMES), typeOf(type)));
         repository.get()->addDriver(error, driver.get());
         std::vector<std::pair<char const*, char const*>> attachments;
         for (std::uint32_t n = below(rng, 4); n > 0; --n) {
@@ -230,8 +226,7 @@ TEST(ExplainRandom, SelectedIsWhatTalksToSays)
         }
         const Terms terms = randomTerms(rng);
         terms.listen(error, *repository, "x", &observer);
-        for (bool& offers : driver.get()->offers)
-            offers = below(rng, 2) == 0;
+        toggle(*driver, typeOf(below(rng, 2)));
         Explanation explanation;
         ASSERT_EQ(
             0, explain(error, *repository, driver.get()->getDriverName(), "x", explanation).code());
