@@ -47,7 +47,8 @@ costs() {
         "$results/allocations" "$results/instructions"
 }
 
-# The sizes that are counted: every work at N = 256, and what tells how it grows with N.
+# The sizes that are counted: every work at N = 256, and what tells how it grows with N. So many
+# operations that each name has been used before.
 all_sizes() {
     cat <<-'SIZES'
 	W1 16 0 500
@@ -57,8 +58,8 @@ all_sizes() {
 	W1-text 256 0 500
 	SIZES
     for work in W2 W3 W4; do
-        printf "$work %s\n" '16 10 100' '256 0 100' '256 1 100' '256 10 100' '256 100 50' \
-            '65536 0 5000' '65536 10 5000'
+        printf "$work %s\n" '16 10 300' '256 0 300' '256 1 300' '256 10 300' '256 100 300' \
+            '65536 0 1500' '65536 10 1500'
     done
     for work in W5-narrow W5-broad W7 W7-snapshot; do printf "$work %s\n" '256 0 5' '4096 0 2'; done
     for work in W6-accepted W6-refused; do printf "$work %s\n" '16 1 100' '16 10 100' '16 100 50'; done
@@ -138,7 +139,8 @@ hot_functions() {
 # arm_sizes: "arm LIBRARY BYTES" stripped, and "hot BYTES FUNCTION", built for ARM as delivered.
 arm_sizes() {
     local name triplet=arm-linux-gnueabihf
-    quiet cmake --preset package-arm -B "$build-arm" -DDRVREPO_TOOLS=OFF -DDRVREPO_INSTALL=OFF
+    quiet cmake --preset arm -B "$build-arm" -DDRVREPO_TESTS=OFF -DDRVREPO_EXAMPLES=OFF \
+        -DDRVREPO_TOOLS=OFF -DDRVREPO_INSTALL=OFF
     quiet cmake --build "$build-arm"
     for name in drvrepo utility; do
         $triplet-strip -o "$results/stripped" "$build-arm/lib/lib$name.so"
@@ -244,9 +246,9 @@ quick() {
 }
 
 top() {
-    echo "$1 drvrepo $2 $3 100" >"$results/orders"
+    echo "$1 drvrepo $2 $3 300" >"$results/orders"
     profile "$results/orders" "$results/profile"
-    echo "Instructions of 100 operations, with what the function calls:"
+    echo "Instructions of 300 operations, with what the function calls:"
     callgrind_annotate --inclusive=yes "$results/profile/out.1" | rows 40
     echo "and without:"
     callgrind_annotate "$results/profile/out.1" | rows 20
