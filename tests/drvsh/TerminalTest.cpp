@@ -265,6 +265,7 @@ TEST_F(TerminalTest, WithoutEditing)
 {
     variables_[1] = "TERM=dumb";
     Terminal terminal({}, variables_);
+    terminal.until("'help' lists the commands, Ctrl-D leaves.\r\n");
     terminal.until(PROMPT);
     terminal.type("echo one\n");
     terminal.until("\r\none\r\n");

@@ -6,6 +6,8 @@
 #include "ShellGroup.h"
 #include "Text.h"
 
+#include <drvrepo/FindDrivers.h>
+
 #include <algorithm>
 #include <filesystem>
 
@@ -24,10 +26,8 @@ Found wholes(std::vector<std::string> const& texts)
 /// The names of all drivers, or of the channel groups alone.
 std::vector<std::string> driverNames(Shell& shell, bool groupsOnly)
 {
-    TOVA_List<TYPPtr<IDriver>> drivers;
     std::vector<std::string> names;
-    for (TYPPtr<IDriver> const& driver :
-         shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+    for (TYPPtr<IDriver> const& driver : findDrivers(*shell.repository()))
         if (!groupsOnly || shellGroup(*driver) != nullptr)
             names.push_back(toStd(driver->getDriverName()));
     return names;

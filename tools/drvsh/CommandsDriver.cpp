@@ -6,6 +6,8 @@
 #include "ShellGroup.h"
 #include "Text.h"
 
+#include <drvrepo/FindDrivers.h>
+
 namespace
 {
 class DriverAdd : public Command
@@ -128,11 +130,9 @@ public:
     }
     void run(Shell& shell) override
     {
-        TOVA_List<TYPPtr<IDriver>> drivers;
         Rows rows;
         Json value = Json::array();
-        for (TYPPtr<IDriver> const& driver :
-             shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers)) {
+        for (TYPPtr<IDriver> const& driver : findDrivers(*shell.repository())) {
             rows.emplace_back(toStd(driver->getDriverName()), driver->getDID().name());
             value.push_back(driverJson(*driver));
         }

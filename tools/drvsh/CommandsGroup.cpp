@@ -3,6 +3,8 @@
 #include "ShellGroup.h"
 #include "Text.h"
 
+#include <drvrepo/FindDrivers.h>
+
 #include <cstdio>
 
 namespace
@@ -120,11 +122,9 @@ public:
     }
     void run(Shell& shell) override
     {
-        TOVA_List<TYPPtr<IDriver>> drivers;
         Rows rows;
         Json value = Json::array();
-        for (TYPPtr<IDriver> const& driver :
-             shell.repository()->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+        for (TYPPtr<IDriver> const& driver : findDrivers(*shell.repository()))
             if (ShellGroup const* const group = shellGroup(*driver)) {
                 rows.emplace_back(toStd(group->getDriverName()),
                                   orNone(timeslotText(group->getTimeslots())));

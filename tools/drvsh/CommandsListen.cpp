@@ -17,9 +17,9 @@ public:
         arguments.option("--prefix", "PREFIX", prefix_, "Only drivers whose name begins so");
         arguments.list("--attr", "KEY=VALUE", attributes_,
                        "Only drivers with attachments that begin so");
-        arguments.number("--priority", wish_.priority, "Lower is told first (0)");
-        arguments.flag("--veto", wish_.veto, "With the right of veto: refusals count");
-        arguments.flag("--snapshot", wish_.snapshot,
+        arguments.number("--priority", priority_, "Lower is told first (0)");
+        arguments.flag("--veto", veto_, "With the right of veto: refusals count");
+        arguments.flag("--snapshot", snapshot_,
                        "Hear of a driver's attachments when it comes and goes");
         arguments.repeated("--refuse", "RULE", rules_,
                            "What to refuse: 'added PREFIX', 'set KEY=VALUE' or 'Nth'");
@@ -28,17 +28,22 @@ public:
     void run(Shell& shell) override
     {
         if (did_)
-            wish_.did = identifierArgument(*did_);
+            wish_.terms.did(identifierArgument(*did_));
         if (iface_)
-            wish_.iid = identifierArgument(*iface_);
-        wish_.prefix = prefix_.value_or("");
-        wish_.attributes = attributeArguments(attributes_);
+            wish_.terms.iid(identifierArgument(*iface_));
+        for (auto const& attribute : attributeArguments(attributes_))
+            wish_.terms.attribute(attribute.key, attribute.value);
+        wish_.terms.prefix(toString(prefix_.value_or("")));
+        wish_.terms.priority(priority_).veto(veto_).snapshot(snapshot_);
         wish_.refusals = refusalArguments(rules_, say_);
         shell.listen(wish_);
     }
 
 private:
     ListenerWish wish_;
+    unsigned priority_ = 0;
+    bool veto_ = false;
+    bool snapshot_ = false;
     std::optional<std::string> did_;
     std::optional<std::string> iface_;
     std::optional<std::string> prefix_;
@@ -76,38 +81,42 @@ public:
         Rows rows;
         Json value = Json::array();
         for (ListenerWish const* wish : shell.listeners()) {
-            rows.emplace_back(wish->name, text(*wish));
-            value.push_back(json(*wish));
+            rows.emplace_back(wish->name, text(wish->terms));
+            value.push_back(json(wish->name, wish->terms));
         }
         shell.output().result(tableText(rows), value, json_);
     }
 
 private:
-    static std::string text(ListenerWish const& wish)
+    static std::string text(ListenerTerms const& terms)
     {
-        std::string text = "priority " + std::to_string(wish.priority);
-        text += wish.veto ? ", veto" : "";
-        text += wish.snapshot ? ", snapshot" : "";
-        if (!(wish.did == TOVA_UUID::INVALID()))
-            text += std::string(", type ") + wish.did.name();
-        if (!(wish.iid == TOVA_UUID::INVALID()))
-            text += std::string(", interface ") + wish.iid.name();
-        if (!wish.prefix.empty())
-            text += ", prefix " + quoted(wish.prefix);
-        for (auto const& attribute : wish.attributes)
+        std::string text = "priority " + std::to_string(terms.priority());
+        text += terms.hasRightOfVeto() ? ", veto" : "";
+        text += terms.wantsSnapshot() ? ", snapshot" : "";
+        if (terms.did().isValid())
+            text += std::string(", type ") + terms.did().name();
+        if (terms.iid().isValid())
+            text += std::string(", interface ") + terms.iid().name();
+        if (!terms.prefix().isEmpty())
+            text += ", prefix " + quoted(toStd(terms.prefix()));
+        for (auto const& attribute : terms.attributes())
             text += ", " + quoted(toStd(attribute.key) + "=" + toStd(attribute.value));
         return text;
     }
-    static Json json(ListenerWish const& wish)
+    static Json json(std::string const& name, ListenerTerms const& terms)
     {
         auto const nameOrNull = [](TOVA_UUID const& identifier) {
-            return identifier == TOVA_UUID::INVALID() ? Json() : Json(identifier.name());
+            return identifier.isValid() ? Json(identifier.name()) : Json();
         };
-        Json value = {{"name", wish.name},           {"priority", wish.priority},
-                      {"veto", wish.veto},           {"snapshot", wish.snapshot},
-                      {"did", nameOrNull(wish.did)}, {"iface", nameOrNull(wish.iid)},
-                      {"prefix", wish.prefix},       {"attributes", Json::object()}};
-        for (auto const& attribute : wish.attributes)
+        Json value = {{"name", name},
+                      {"priority", terms.priority()},
+                      {"veto", terms.hasRightOfVeto()},
+                      {"snapshot", terms.wantsSnapshot()},
+                      {"did", nameOrNull(terms.did())},
+                      {"iface", nameOrNull(terms.iid())},
+                      {"prefix", toStd(terms.prefix())},
+                      {"attributes", Json::object()}};
+        for (auto const& attribute : terms.attributes())
             value["attributes"][toStd(attribute.key)] = toStd(attribute.value);
         return value;
     }

@@ -80,6 +80,7 @@ public:
     ~EditReader() override;
 
     Got read(std::string& line) override;
+    bool completes() const override { return true; }
     void remember(std::string const& line) override;
 
 private:

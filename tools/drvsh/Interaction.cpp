@@ -14,7 +14,8 @@ void interact(Shell& shell, std::ostream& out, bool colours)
     setup.complete = [&shell](std::string const& line) { return complete(shell, line); };
     setup.history = history.load();
     std::unique_ptr<LineReader> const reader = makeLineReader(setup);
-    out << "'help' lists the commands, Tab completes, Ctrl-D leaves.\n";
+    out << "'help' lists the commands, " << (reader->completes() ? "Tab completes, " : "")
+        << "Ctrl-D leaves.\n";
     std::string line;
     while (!shell.hasEnded() && out.flush()) {
         LineReader::Got const got = reader->read(line);

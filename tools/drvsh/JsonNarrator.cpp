@@ -69,8 +69,9 @@ void JsonNarrator::complained(Complaint const& complaint)
                    {"text", complaint.text}};
     write(object);
     out_.flush();
-    err_ << complaint.place << ": " << (complaint.isWarning ? "warning: " : "") << complaint.text
-         << '\n';
+    if (!complaint.place.empty())
+        err_ << complaint.place << ": ";
+    err_ << (complaint.isWarning ? "warning: " : "") << complaint.text << '\n';
     err_.flush();
 }
 

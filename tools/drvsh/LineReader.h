@@ -33,6 +33,8 @@ public:
     virtual ~LineReader() = default;
 
     virtual Got read(std::string& line) = 0;
+    /// Whether Tab completes.
+    virtual bool completes() const { return false; }
     /// A line that can be fetched back from here on.
     virtual void remember(std::string const& /*line*/) {}
 };

@@ -7,6 +7,8 @@
 #include "Text.h"
 #include "Words.h"
 
+#include <drvrepo/FindDrivers.h>
+
 #include <algorithm>
 #include <climits>
 
@@ -18,13 +20,8 @@ Shell::Shell(Narrator& narrator) : repository_(new CDriverRepository(loop_))
 Shell::~Shell()
 {
     monitor_.reset();
-    for (Listening const& listening : listeners_) {
-        listening.delegate->stopNotifications();
-        repository_->removeDriverRepositoryObserver(toString(listening.wish.name));
-    }
-    TOVA_List<TYPPtr<IDriver>> drivers;
-    for (TYPPtr<IDriver> const& driver :
-         repository_->getDrivers(TOVA_UUID::INVALID(), String::EMPTY(), drivers))
+    listeners_.clear();
+    for (TYPPtr<IDriver> const& driver : findDrivers(*repository_))
         repository_->removeDriver(driver.get());
 }
 
@@ -136,29 +133,29 @@ void Shell::attach(std::string const& driver, std::string const& key, std::strin
 
 void Shell::listen(ListenerWish const& wish)
 {
-    Hearer const self = {wish.name, "", wish.priority, wish.veto};
+    ListenerTerms const& terms = wish.terms;
+    Hearer const self = {wish.name, "", terms.priority(), terms.hasRightOfVeto()};
     Listening listening{wish, std::make_unique<ShellListener>(output_, self, wish.refusals), {}};
-    listening.delegate.reset(new Delegate(listening.listener.get()));
     String error;
-    check(repository_->addDriverRepositoryObserver(
-              error, toString(wish.name), wish.did, wish.iid, toString(wish.prefix),
-              wish.attributes, wish.priority, wish.veto, wish.snapshot, listening.delegate.get()),
-          error);
+    check(
+        listening.scope.start(error, *repository_, toString(wish.name), terms, *listening.listener),
+        error);
     // Lower priorities are told first; among equals the newest.
     auto const place =
-        std::find_if(listeners_.begin(), listeners_.end(),
-                     [&](Listening const& other) { return other.wish.priority >= wish.priority; });
+        std::find_if(listeners_.begin(), listeners_.end(), [&](Listening const& other) {
+            return other.wish.terms.priority() >= terms.priority();
+        });
     listeners_.insert(place, std::move(listening));
 }
 
 bool Shell::unlisten(std::string const& name)
 {
-    repository_->removeDriverRepositoryObserver(toString(name));
     auto const found =
         std::find_if(listeners_.begin(), listeners_.end(),
                      [&](Listening const& listening) { return listening.wish.name == name; });
     if (found == listeners_.end())
         return false;
+    found->scope.leave();
     listeners_.erase(found);
     return true;
 }

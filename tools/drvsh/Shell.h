@@ -6,7 +6,7 @@
 #include "Refusals.h"
 
 #include <drvrepo/CDriverRepository.h>
-#include <drvrepo/ObserverDelegate.h>
+#include <drvrepo/ScopedListener.h>
 
 #include <memory>
 #include <optional>
@@ -20,13 +20,7 @@ class ShellMonitor;
 struct ListenerWish
 {
     std::string name;
-    TOVA_UUID did;      ///< INVALID: any.
-    TOVA_UUID iid;      ///< INVALID: any.
-    std::string prefix; ///< Beginning of the drivers' names.
-    IDriverRepository::Attributes attributes;
-    unsigned priority = 0;
-    bool veto = false;
-    bool snapshot = false;
+    ListenerTerms terms;
     Refusals refusals;
 };
 
@@ -83,12 +77,11 @@ public:
     std::vector<ListenerWish const*> listeners() const;
 
 private:
-    using Delegate = ObserverDelegate<IDriverRepository>;
     struct Listening
     {
         ListenerWish wish;
         std::unique_ptr<ShellListener> listener;
-        TYPtr<Delegate> delegate;
+        ScopedListener scope;
     };
 
     void complain(std::string const& place, std::string const& reasons);
