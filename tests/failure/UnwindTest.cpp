@@ -58,12 +58,16 @@ int endEverywhere(Scenario const& scenario, Manner manner, int step, std::FILE* 
 
 void endEverywhere(std::vector<Scenario> const& scenarios, Manner manner, int step)
 {
+    int ended = 0;
     for (Scenario const& scenario : scenarios) {
         const int callOuts = FailureCheck(scenario).callOuts();
         const std::string end =
             inChild([&](std::FILE* out) { return endEverywhere(scenario, manner, step, out); });
-        ASSERT_EQ("0: DONE " + std::to_string((callOuts + step - 1) / step), end) << scenario.name;
+        const int threads = (callOuts + step - 1) / step;
+        ASSERT_EQ("0: DONE " + std::to_string(threads), end) << scenario.name;
+        ended += threads;
     }
+    std::printf("%d threads ended\n", ended);
 }
 
 class Unwinding : public testing::TestWithParam<Manner>

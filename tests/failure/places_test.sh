@@ -19,6 +19,8 @@ unreachable=(
     'enlarge.*append.*replace at DriverNames'
     # The libraries make no plain event of a repository, so nobody can have one cloned by their code.
     'ObserverEvent<IDriverRepository>::clone'
+    # All that call it hold a copy of it.
+    'TYMarshaller::Buffer::reserve\(unsigned int\) at [^ ]+ $'
     # setTimeslots has seen to it that there is a block for the clone.
     'ObserverEvent<IChannelGroup>::clone.*ObserverContainer<IChannelGroup>::(broadcastDoEvent|tell)'
 )
