@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
-# random_test.sh LINES GENERATOR COMMAND...: feeds drvsh, which COMMAND starts, with that many random
-# lines, twice: it must reach the end, complain only in its own words, and say the same both times.
+# random_test.sh LINES GENERATOR DRVSH [EMULATOR...]: feeds drvsh with that many random lines, twice:
+# it must reach the end, complain only in its own words, and say the same both times.
 set -u
 lines=$1
 generator=$2
-shift 2
+drvsh=$3
+shift 3
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder" || exit 1
-"$generator" 1 "$lines" >commands || exit 1
+"$@" "$generator" 1 "$lines" >commands || exit 1
 echo 'echo the end' >>commands
 for run in first second; do
-    "$@" --keep-going --sequence $run.svg <commands >$run.out 2>$run.err
+    "$@" "$drvsh" --keep-going --sequence $run.svg <commands >$run.out 2>$run.err
     status=$?
     if [ $status -ne 1 ]; then
         echo "ended with $status instead of 1"
