@@ -2,6 +2,10 @@
 
 set(DRVREPO_UNMEASURED_OPTIONS "" CACHE STRING
     "Options of the compiler for tests and shell, whose speed nobody measures, e.g. -O0: built sooner")
+# A compiler cache couldn't keep what is compiled with a precompiled header.
+if(CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+endif()
 
 # The warnings, the language and the sanitizers; every target of ours gets them.
 function(drvrepo_settings target)
@@ -64,6 +68,7 @@ function(drvrepo_add_tests name)
     drvrepo_settings(test_${name})
     if(NOT arg_OPTIMISED)
         target_compile_options(test_${name} PRIVATE ${DRVREPO_UNMEASURED_OPTIONS})
+        target_precompile_headers(test_${name} REUSE_FROM test_support)
     endif()
     target_link_libraries(test_${name}
         PRIVATE ${arg_LIBRARIES} test_support GTest::gmock GTest::gtest_main)

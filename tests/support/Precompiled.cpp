@@ -1,0 +1,1 @@
+// Compiled for the sake of the headers that are precompiled with it.
