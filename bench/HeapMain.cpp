@@ -15,7 +15,7 @@ int main()
     Order order;
     while (read(std::cin, order)) {
         const std::unique_ptr<Work> work = order.make(cases);
-        if (order.work != FILL)
+        if (order.work != FILL && order.work != FILL_NEW)
             work->run(order.operations);
         const std::uint64_t count = allocations::count();
         const std::int64_t bytes = allocations::bytes();

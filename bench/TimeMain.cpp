@@ -74,7 +74,8 @@ void registerCases(Cases const& cases)
 {
     std::vector<std::string> works;
     for (Case const& c : cases)
-        if (c.work != FILL && std::find(works.begin(), works.end(), c.work) == works.end())
+        if (c.work != FILL && c.work != FILL_NEW &&
+            std::find(works.begin(), works.end(), c.work) == works.end())
             works.push_back(c.work);
     for (unsigned n : {16u, 256u, 4096u, 65536u})
         for (std::string const& work : works)

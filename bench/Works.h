@@ -52,16 +52,20 @@ public:
 
     unsigned size() const { return static_cast<unsigned>(drivers.size()); }
 
-    /// Adds the next `n` drivers.
-    void fill(unsigned n)
+    /// Adds the next `n` drivers. Their attachments are set from texts that the setting component
+    /// holds, or from new ones for each driver.
+    void fill(unsigned n, bool newTexts = false)
     {
         const unsigned end = size() + n;
         for (unsigned i = size(); i < end; ++i) {
             const Text name(load::name(i).c_str());
             drivers.push_back(S::make(name, load::E1T1));
             system.add(drivers.back());
-            system.set(name, ZONE, zones[load::zoneOf(i)]);
-            system.set(name, STATE, IDLE);
+            Text const& zone = zones[load::zoneOf(i)];
+            system.set(name, newTexts ? Text(load::ZONE) : ZONE,
+                       newTexts ? Text(load::zone(load::zoneOf(i)).c_str()) : zone);
+            system.set(name, newTexts ? Text(load::STATE) : STATE,
+                       newTexts ? Text(load::IDLE) : IDLE);
         }
     }
 
@@ -396,7 +400,7 @@ private:
 
 /// Adds drivers with their attachments to an empty registry with L listeners that match: for what
 /// they take of the heap.
-template <class S> class Fill final : public Work
+template <class S, bool NEW_TEXTS> class Fill final : public Work
 {
 public:
     Fill(unsigned n, unsigned l) : scene_(0), audience_(scene_.system, l)
@@ -408,7 +412,7 @@ public:
         scene_.drivers.reserve(n);
     }
 
-    void run(unsigned operations) override { scene_.fill(operations); }
+    void run(unsigned operations) override { scene_.fill(operations, NEW_TEXTS); }
     bool isRight() const override
     {
         load::Told expected;

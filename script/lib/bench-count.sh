@@ -105,12 +105,13 @@ table() {
         }' ${2:+"$2"} "$1"
 }
 
-# heap: "SYSTEM N L BYTES" for each driver, with L listeners that match.
+# heap: "WORK SYSTEM L BYTES" for each driver, with L listeners that match.
 heap() {
     local system l
     for system in drvrepo d1 d2; do
         for l in 0 1 10; do echo "fill $system 4096 $l 4096"; done
-    done | "$build/bin/bench_heap" | awk '{ print $2, $3, $4, $7 }'
+        echo "fill-new $system 4096 0 4096"
+    done | "$build/bin/bench_heap" | awk '{ print $1, $2, $4, $7 }'
 }
 
 # sizes: "LIBRARY BYTES", stripped.
@@ -156,7 +157,7 @@ arm_sizes() {
              END { for (name in sum) print "hot", sum[name], name }' | sort -k3
 }
 
-# heap_and_sizes: "heap SYSTEM N L BYTES", "size LIBRARY BYTES" and those of ARM.
+# heap_and_sizes: "heap WORK SYSTEM L BYTES", "size LIBRARY BYTES" and those of ARM.
 heap_and_sizes() {
     heap | sed 's/^/heap /'
     sizes | sed 's/^/size /'

@@ -37,7 +37,8 @@ costs_table() {
 }
 
 sizes_table() {
-    awk '$1 == "heap" { print "heap for each driver, " $2 ", L = " $4 ": " $5 " B" }
+    awk '$1 == "heap" { print "heap for each driver, " $3 ", L = " $4 \
+                              ($2 == "fill-new" ? ", attachments in texts of their own" : "") ": " $5 " B" }
          $1 == "size" { print $2 ", x86-64, -O2, stripped: " $3 " B" }
          $1 == "arm" { print $2 ", ARM, -Os, stripped: " $3 " B" }' "$results/sizes"
     awk '{ print "start to the first driver, " $1 ": " $2 " ms" }' "$results/start"
