@@ -64,10 +64,7 @@ public:
     }
 
     /// The driver that it added and did not remove, not counted; null without one.
-    IDriver* driver() const
-    {
-        return stay_ != nullptr && stay_->stands ? stay_->driver.get() : nullptr;
-    }
+    IDriver* driver() const { return stay_ != nullptr ? stay_->driver.get() : nullptr; }
 
 private:
     /// Shared with an operation under way, so that the scope may end inside it.
@@ -75,7 +72,7 @@ private:
     {
         void end()
         {
-            if (!std::exchange(stands, false))
+            if (!repository)
                 return;
             const LockScope held(repository.get()->getLock());
             if (isIn())
@@ -84,7 +81,6 @@ private:
         /// The repository does not know the driver any more.
         void fail()
         {
-            stands = false;
             driver.reset();
             repository.reset();
         }
@@ -99,7 +95,6 @@ private:
 
         TYPtr<IDriverRepository> repository;
         TYPtr<IDriver> driver;
-        bool stands = true;
     };
     using Owner = std::shared_ptr<Stay>;
 

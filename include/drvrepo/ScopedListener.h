@@ -79,7 +79,7 @@ public:
     }
 
     /// Whether it has a registration that it did not end.
-    bool isListening() const { return registration_ != nullptr && registration_->stands; }
+    bool isListening() const { return registration_ != nullptr && registration_->repository; }
 
 private:
     enum Ending { SILENTLY, WITH_FAREWELLS };
@@ -101,7 +101,7 @@ private:
     {
         void end(Ending ending)
         {
-            if (!std::exchange(stands, false))
+            if (!repository)
                 return;
             const LockScope held(repository.get()->getLock());
             if (ending == SILENTLY)
@@ -112,7 +112,6 @@ private:
         /// The repository does not know the listener any more.
         void fail()
         {
-            stands = false;
             delegate.reset();
             repository.reset();
         }
@@ -120,7 +119,6 @@ private:
         TYPtr<IDriverRepository> repository;
         TYPtr<Delegate> delegate;
         String name;
-        bool stands = true;
     };
     using Owner = std::shared_ptr<Registration>;
 
