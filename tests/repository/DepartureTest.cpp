@@ -1,0 +1,29 @@
+#include <support/RepositoryFixture.h>
+
+namespace
+{
+
+using Departure = RepositoryFixture;
+
+// The driver does nothing of its own when it is taken in, so that nothing but its addition asks
+// whether it has gone.
+TEST_F(Departure, IsToldToAllBeforeTheDriverIsAddedAgainFromInside)
+{
+    listen("a", 1);
+    listen("b", 2);
+    listen("c", 3);
+    add("fxs 1");
+    heard();
+    observer("b").then = [&](std::string const& what) {
+        if (what == "removed fxs 1")
+            add("fxs 1");
+    };
+    remove("fxs 1");
+    EXPECT_EQ("c: removed fxs 1\nb: removed fxs 1\na: removed fxs 1\n"
+              "a: added fxs 1\nb: added fxs 1\nc: added fxs 1\n",
+              heard());
+    EXPECT_EQ("fxs 1", drivers());
+    observer("b").then = nullptr;
+}
+
+} // namespace
