@@ -55,7 +55,7 @@ endfunction()
 
 # One GoogleTest executable, test_<name>, from the given sources. Each of its tests becomes one of
 # ctest's, labelled <name>, that fails when it takes longer than TIMEOUT seconds (60). OPTIMISED for
-# tests that compute for long themselves.
+# tests that compute for long themselves. Those that may take longest begin first.
 #
 # Cross-compiled, the executable is one test of ctest's with ten times as long: the emulator takes
 # longer to start than most tests to run.
@@ -75,12 +75,13 @@ function(drvrepo_add_tests name)
     if(CMAKE_CROSSCOMPILING)
         add_test(NAME ${name} COMMAND test_${name} --gtest_brief=1)
         math(EXPR arg_TIMEOUT "10 * ${arg_TIMEOUT}")
-        set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${name})
+        set_tests_properties(${name} PROPERTIES
+            TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} LABELS ${name})
         return()
     endif()
     gtest_discover_tests(test_${name}
         TEST_PREFIX ${name}.
         DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60
-        PROPERTIES TIMEOUT ${arg_TIMEOUT} LABELS ${name})
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} COST ${arg_TIMEOUT} LABELS ${name})
 endfunction()
