@@ -141,6 +141,17 @@ TEST_F(JsonTranscript, OfAChannelGroup)
               run("group set g 3-4\nfails group set g 3-4;9"));
 }
 
+TEST_F(JsonTranscript, SaysWhichRefusalsCount)
+{
+    run("driver add a\nlisten guard --refuse 'set room'");
+    EXPECT_EQ(R"({"event":"command","text":"attach a room 12"}
+)"
+              R"({"event":"refused","what":"set","listener":"guard","driver":"a","key":"room",)"
+              R"("value":"12","reason":"refused","counts":false}
+)",
+              run("attach a room 12"));
+}
+
 TEST_F(JsonTranscript, HoldsResultsRemarksAndTexts)
 {
     EXPECT_EQ(R"({"event":"command","text":"drivers"}

@@ -149,6 +149,34 @@ TEST_F(SequenceTest, ARefusalThatDoesNotCountTakesNothingBack)
               steps());
 }
 
+Notice noticeOf(Notice::What what, char const* hearer, bool refused = false, bool counts = true)
+{
+    Notice notice;
+    notice.what = what;
+    notice.hearer = hearer;
+    notice.subject = "x";
+    if (refused)
+        notice.refusal = Refusal{"no", counts};
+    return notice;
+}
+
+TEST(Rollback, BeginsWithARefusalThatCounts)
+{
+    using What = Notice::What;
+    Notice const added = noticeOf(What::Added, "a");
+    Notice const removed = noticeOf(What::Removed, "a");
+    Notice const refused = noticeOf(What::Added, "b", true);
+    using Marks = std::vector<bool>;
+    EXPECT_EQ((Marks{false, false, true}), rollback({added, refused, removed}));
+    EXPECT_EQ((Marks{false, false, false}),
+              rollback({added, noticeOf(What::Added, "b", true, false), removed}));
+    // What went before it, and who refused, take nothing back.
+    EXPECT_EQ((Marks{false, false}), rollback({added, removed}));
+    EXPECT_EQ((Marks{false, false, false}), rollback({added, removed, refused}));
+    EXPECT_EQ((Marks{false, false}), rollback({refused, noticeOf(What::Removed, "b")}));
+    EXPECT_EQ((Marks{false, false}), rollback({refused, removed}));
+}
+
 TEST_F(SequenceTest, PictureShowsWhoToldWhomFromTopToBottom)
 {
     run("listen guard --priority 9 --veto --refuse added --say 'no room'\nlisten desk\n"

@@ -118,8 +118,9 @@ EditReader::EditReader(Setup const& setup, EditLine* edit)
     using Function = unsigned char (*)(EditLine*, int);
     Function const complete = &EditReader::completeWord;
     Function const cancel = &EditReader::cancelLine;
-    ::el_set(edit_, EL_ADDFN, "drvsh-complete", "Complete a word", complete);
-    ::el_set(edit_, EL_ADDFN, "drvsh-cancel", "Give up the line", cancel);
+    // Of narrow texts the library keeps copies that it never frees.
+    ::el_wset(edit_, EL_ADDFN, L"drvsh-complete", L"Complete a word", complete);
+    ::el_wset(edit_, EL_ADDFN, L"drvsh-cancel", L"Give up the line", cancel);
     ::el_set(edit_, EL_BIND, "^I", "drvsh-complete", nullptr);
     ::el_set(edit_, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     ::el_set(edit_, EL_BIND, "^C", "drvsh-cancel", nullptr);
