@@ -92,13 +92,16 @@ private:
         ::execve(DRVSH_PROGRAM, words.data(), environment.data());
         ::_exit(127);
     }
-    /// Takes what comes next. Returns false at the end, or if nothing comes for very long.
+    /// Takes what comes next. Returns false at the end, which comes by force when nothing has come
+    /// for very long.
     bool more()
     {
         pollfd waiting = {terminal_, POLLIN, 0};
         int const patience = 20000;
-        if (::poll(&waiting, 1, patience) <= 0)
+        if (::poll(&waiting, 1, patience) <= 0) {
+            ::kill(child_, SIGKILL);
             return false;
+        }
         char buffer[4096];
         ssize_t const count = ::read(terminal_, buffer, sizeof buffer);
         if (count <= 0)
@@ -231,6 +234,7 @@ TEST_F(TerminalTest, ColoursWhereTheyAreWanted)
     terminal.type(std::string("driver add x") + ENTER);
     terminal.until("  \033[31ml: x: refused (\"refused\")\033[0m\r\n"
                    "\033[31merror: driver add: refused\033[0m\r\n");
+    terminal.until(PROMPT);
     terminal.type(CTRL_D);
     EXPECT_EQ(0, terminal.end());
 }
@@ -293,6 +297,7 @@ TEST_F(TerminalTest, WithoutAPlaceForItsHistory)
     terminal.until(PROMPT);
     terminal.type(std::string("echo two") + ENTER);
     EXPECT_EQ(std::string::npos, terminal.until("\r\ntwo\r\n").find("warning"));
+    terminal.until(PROMPT);
     terminal.type(CTRL_D);
     EXPECT_EQ(0, terminal.end());
 }

@@ -3,6 +3,7 @@
 #include "Svg.h"
 
 #include <algorithm>
+#include <set>
 
 namespace
 {
@@ -136,13 +137,14 @@ void SequenceColumns::addGroups(Sequence const& sequence)
 
 void SequenceColumns::addHearers(Sequence const& sequence, std::string const& group)
 {
+    std::set<std::string> told;
+    eachNotice(sequence, [&](Notice const& notice) {
+        if (groupOf(notice) == group)
+            told.insert(notice.hearer);
+    });
     std::vector<Hearer> heard;
     for (Hearer const& hearer : sequence.hearers()) {
-        bool told = false;
-        eachNotice(sequence, [&](Notice const& notice) {
-            told = told || (notice.hearer == hearer.name && groupOf(notice) == group);
-        });
-        if (!told || hearer.group != group)
+        if (hearer.group != group || told.count(hearer.name) == 0)
             continue;
         // Who comes again under the same name stands where he came last.
         heard.erase(std::remove_if(heard.begin(), heard.end(),
