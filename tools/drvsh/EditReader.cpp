@@ -135,6 +135,8 @@ EditReader::~EditReader()
 LineReader::Got EditReader::read(std::string& line)
 {
     PlainCtrlC const guard;
+    // Before the prompt is shown, so that no key is lost that is typed as soon as it is.
+    ::el_set(edit_, EL_PREP_TERM, 1);
     cancelled_ = false;
     int count = 0;
     errno = 0;

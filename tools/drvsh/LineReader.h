@@ -47,7 +47,7 @@ std::unique_ptr<LineReader> makeLineReader(LineReader::Setup const& setup);
 /// One that reads lines as the terminal gives them.
 std::unique_ptr<LineReader> makePlainReader(LineReader::Setup const& setup);
 
-/// While it lives, Ctrl-C (SIGINT) ends a read, and not the program.
+/// While it lives, Ctrl-C (SIGINT) ends the plain reader's wait for a line, and not the program.
 class InterruptGuard
 {
 public:

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <poll.h>
 #include <unistd.h>
 
 namespace
@@ -14,6 +15,7 @@ public:
 
 private:
     bool takeLine(std::string& line);
+    static bool isInterrupted();
     static void write(std::string const& text);
 
     std::string prompt_;
@@ -24,15 +26,16 @@ LineReader::Got PlainReader::read(std::string& line)
 {
     write(prompt_);
     while (!takeLine(line)) {
-        char buffer[4096];
-        ssize_t const count = ::read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count > 0) {
-            read_.append(buffer, static_cast<std::size_t>(count));
-        } else if (count < 0 && errno == EINTR) {
+        if (isInterrupted()) {
             // The terminal has dropped what was typed.
             read_.clear();
             write("\n");
             return Got::Cancelled;
+        }
+        char buffer[4096];
+        ssize_t const count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count > 0) {
+            read_.append(buffer, static_cast<std::size_t>(count));
         } else {
             line.swap(read_);
             read_.clear();
@@ -40,6 +43,16 @@ LineReader::Got PlainReader::read(std::string& line)
         }
     }
     return Got::Line;
+}
+
+/// Waits until there is something to read. Returns true if Ctrl-C came first, also before the wait
+/// began: the signal is let through nowhere else.
+bool PlainReader::isInterrupted()
+{
+    pollfd waiting = {STDIN_FILENO, POLLIN, 0};
+    sigset_t none;
+    ::sigemptyset(&none);
+    return ::ppoll(&waiting, 1, nullptr, &none) < 0 && errno == EINTR;
 }
 
 bool PlainReader::takeLine(std::string& line)
@@ -59,7 +72,9 @@ void PlainReader::write(std::string const& text)
     static_cast<void>(ignored);
 }
 
-struct sigaction before; // how SIGINT was handled
+// How SIGINT was handled.
+struct sigaction before;
+sigset_t maskBefore;
 
 void interrupted(int) {}
 } // namespace
@@ -74,11 +89,16 @@ InterruptGuard::InterruptGuard()
     struct sigaction action = {};
     action.sa_handler = interrupted;
     ::sigemptyset(&action.sa_mask);
-    ::sigaction(SIGINT, &action, &before); // without SA_RESTART: a read ends
+    ::sigaction(SIGINT, &action, &before);
+    sigset_t interrupt;
+    ::sigemptyset(&interrupt);
+    ::sigaddset(&interrupt, SIGINT);
+    ::sigprocmask(SIG_BLOCK, &interrupt, &maskBefore);
 }
 
 InterruptGuard::~InterruptGuard()
 {
+    ::sigprocmask(SIG_SETMASK, &maskBefore, nullptr);
     ::sigaction(SIGINT, &before, nullptr);
 }
 
