@@ -80,7 +80,9 @@ Record::Leaving::~Leaving()
 
 bool Record::Leaving::hadHeard(Attachment at) const
 {
-    return at->mark < level && (joining == nullptr || joining->hasTold(at, passed));
+    // What ends the match is told here, whatever has become of it since.
+    const bool isEnd = at->key == key && !isRollback() && !value.isEmpty();
+    return (isEnd || at->mark < level) && (joining == nullptr || joining->hasTold(at, passed));
 }
 
 bool Record::Leaving::owes(Attachment at) const

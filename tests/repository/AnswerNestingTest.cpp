@@ -1,3 +1,6 @@
+#include <functional>
+#include <utility>
+
 #include <support/ScriptScene.h>
 
 namespace
@@ -150,6 +153,41 @@ TEST_F(AnswerNesting, ChangeOfAnotherKeyEndsWithALookAtTheMatches)
     attach("k=");
     EXPECT_EQ("[k=: C-k=1[j=: C-j=1 L-j=1 B-j=1 A-j=1 ok] L-k=1 B-k=1 A-k=1 L-d ok]", told());
     EXPECT_EQ("d k= j=(A B C); A B L C", left());
+}
+
+/// Hears of drivers that offer IInfo, and does something from inside the first clear of "n".
+class Replacer final : public RecordingObserver
+{
+public:
+    using RecordingObserver::RecordingObserver;
+
+    void onDriverAttachmentCleared(ObserverEvent<IDriverRepository>& event) override
+    {
+        RecordingObserver::onDriverAttachmentCleared(event);
+        if (static_cast<IDriverRepository::EvAttachment&>(event).key == "n" && last)
+            std::exchange(last, nullptr)();
+    }
+
+    std::function<void()> last;
+};
+
+TEST_F(RepositoryFixture, ValueThatEndsAMatchIsToldGoneThoughItIsReplacedInTheFarewell)
+{
+    Replacer replacer(log_, "R");
+    driver("d").offer(IInfo::IID());
+    add("d");
+    attach("d", "k", "1");
+    attach("d", "n", "1");
+    repository().addDriverRepositoryObserver(error_, "R", TOVA_UUID::INVALID(), IInfo::IID(), "", 1,
+                                             false, true, &replacer);
+    forget();
+    driver("d").withdraw(IInfo::IID());
+    replacer.last = [&] { attach("d", "k", "2"); };
+    attach("d", "k", "");
+    const std::string told = heard();
+    EXPECT_NE(std::string::npos, told.find("k=1")) << told;
+    EXPECT_EQ(told.find("k=1"), told.rfind("k=1")) << told;
+    repository().removeDriverRepositoryObserver("R");
 }
 
 /// Driver x leaves from inside what happens at `moment`; freed with the outermost operation, its
