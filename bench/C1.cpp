@@ -9,6 +9,7 @@
 #include "Cases.h"
 #include "PeerGroup.h"
 #include "PeerRegistry.h"
+#include "UntilRefused.h"
 
 // c1: listeners connected to signals in groups, a combiner that stops at a refusal. Without the
 // signals' mutex: nobody else locks either.
@@ -18,19 +19,7 @@ namespace
 
 using peers::Event;
 using peers::Listener;
-
-struct UntilRefused
-{
-    using result_type = bool;
-
-    template <class Iterator> bool operator()(Iterator at, Iterator end) const
-    {
-        for (; at != end; ++at)
-            if (!*at)
-                return false;
-        return true;
-    }
-};
+using peers::UntilRefused;
 
 template <class Told, class Order>
 using Signal =

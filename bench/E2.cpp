@@ -9,6 +9,7 @@
 #include "Cases.h"
 #include "PeerGroup.h"
 #include "PeerRegistry.h"
+#include "UntilRefused.h"
 
 // e2: listeners connected to signals. These know no priorities, so each slot is put where its
 // priority wants it.
@@ -18,19 +19,7 @@ namespace
 
 using peers::Event;
 using peers::Listener;
-
-struct UntilRefused
-{
-    using result_type = bool;
-
-    template <class Iterator> bool operator()(Iterator at, Iterator end) const
-    {
-        for (; at != end; ++at)
-            if (!*at)
-                return false;
-        return true;
-    }
-};
+using peers::UntilRefused;
 
 /// A signal whose slots stand in order of priority, the newest first among equals.
 template <class Told> class Sorted
