@@ -94,14 +94,23 @@ public:
 private:
     friend class CDriverRepository;
 
+    /// A record with room for the entries of `listeners` behind it, in one block; null without
+    /// memory. `destroy` frees both.
+    static DriverWrapper* create(IDriverRepository* repository, IDriver* driver,
+                                 std::uint32_t listeners);
+    void destroy();
+
     using Entries = TOVA_List<ListenerWrapper>;
     using Entry = Entries::Iterator;
     using Attachment = Attributes::Iterator;
 
     enum GoingKind : unsigned int;
-    class Voice;
+    struct Voice;
     template <class Event> class Loan;
-    class Occasion;
+    struct DriverAdded;
+    struct DriverRemoved;
+    struct AttachmentSet;
+    struct AttachmentCleared;
     struct Joining;
     struct Leaving;
     class Walk;
@@ -115,8 +124,10 @@ private:
         String const& key;
         String const& value;
     };
-    bool hasDID(TOVA_UUID const& did) const;
-    bool offers(TOVA_UUID const& iid) const;
+    bool selects(Listener const& l) const;
+    bool isOfType(TOVA_UUID const& did) const;
+    bool hasDID(Listener const& l) const;
+    bool offers(Listener const& l) const;
     bool isNamed(String const& prefix) const;
     bool carries(Attributes const& wanted, Override const* first = nullptr,
                  Override const* second = nullptr) const;
@@ -127,6 +138,10 @@ private:
     Entry findNear(Entry hint, Listener const* l);
     Entry placeNear(Entry hint, Listener const* l);
     Entry link(Entry place, Listener* l, bool active);
+    void unlink(Entry entry);
+    bool isInRoom(void const* entry) const;
+    char* room() { return reinterpret_cast<char*>(this + 1); }
+    char const* room() const { return reinterpret_cast<char const*>(this + 1); }
     void activate(Entry entry);
     void deactivate(Entry entry);
     void withdraw(Entry entry);
@@ -135,29 +150,39 @@ private:
 
     // Meeting and leaving a listener.
     XCode meet(String& error, Listener* l, bool mayKnow, Entry& hint, Voice& voice);
+    XCode join(String& error, Entry entry, Voice& voice);
     XCode welcome(String& error, Joining& joining, GoingKind refused);
+    void takeBack(Joining const& joining, GoingKind refused);
     XCode tellAttachments(String& error, Joining& joining);
     XCode tellAttachment(String& error, Joining& joining);
     void tellBack(Joining const& joining, GoingKind refused);
     void part(Entry entry, Voice& voice);
-    void dismiss(Entry entry, String const& key, String const& value, Voice& voice);
-    void farewell(Entry entry, Joining const* joining, String const& key, String const& value,
-                  Voice& voice);
+    void dismiss(Entry entry, Override const* before, Voice& voice);
+    void farewell(Entry entry, Joining const* joining, Override const* before, Voice& voice);
     bool finishLeaving(Entry entry);
     Leaving* leavingOwing(Entry entry, String const& key);
+    void tellGoing(Leaving& leaving);
     void tellRest(Leaving& leaving);
     void tellAttachmentGone(Leaving& leaving);
     String const& goingValue(Leaving const& leaving, Attachment at) const;
     bool isToldGone(Leaving const& leaving, Attachment at, String const& value) const;
     Joining* joiningOf(Entry entry) const;
     bool hasReached(Joining const* joining, Attachment at) const;
+    void endSnapshotLevel()
+    {
+        if (lateValues_)
+            settleValues();
+        --snapshotLevel_;
+        lateValues_ = lateValues_ && snapshotLevel_ != 0;
+    }
+    void settleValues();
 
     // Telling a listener.
-    XCode ask(String& error, Listener* l, Occasion& occasion);
-    XCode ask(String& error, Listener* l, String const& key, String const& value,
-              Occasion& occasion);
-    void tell(Listener* l, Occasion& occasion);
-    void tell(Listener* l, String const& key, String const& value, Occasion& occasion);
+    template <class News, class Occasion>
+    XCode ask(String& error, Listener* l, News const& news, Occasion& occasion);
+    template <class News, class Occasion>
+    void tell(Listener* l, News const& news, Occasion& occasion);
+    void logRefusal(Listener const& l, String const& error) const;
 
     // Changing attachments.
     void store(String const& key, String const& value);
@@ -180,6 +205,12 @@ private:
     std::uint16_t snapshotLevel_ = 0; // snapshots under way
     bool lateEntries_ = false;        // an entry came while an attachment walk was under way
     bool lateValues_ = false;         // a value was set while a snapshot was under way
+
+    // The room for entries behind the record. Listeners that find none there have theirs apart.
+    std::uint16_t roomSize_ = 0;  // in entries
+    std::uint16_t roomUsed_ = 0;  // the first so many have been used
+    std::uint16_t roomFreed_ = 0; // so many of these are free again
+    void* freed_ = nullptr;       // the latest of them; each begins with a pointer to the next
 
     // The repository's bookkeeping.
     bool gone_ = false;

@@ -61,6 +61,12 @@ public:
     /// Whether the repository has removed the listener and only waits to free it.
     bool isGone() const { return gone_; }
 
+    /// @{
+    /// Whether it asks for a type of driver, for an interface.
+    bool wantsType() const { return hasType_; }
+    bool wantsInterface() const { return hasInterface_; }
+    /// @}
+
 private:
     friend class CDriverRepository;
 
@@ -74,6 +80,10 @@ private:
     bool snapshotFlag_ = false;
     TYPtr<Delegate> delegate_;
     std::uint32_t counts_[4] = {};
+
+    // What the criteria ask for at all.
+    bool hasType_ = false;
+    bool hasInterface_ = false;
 
     // The registration; a copy is none.
     Stamp stamp_ = 0;

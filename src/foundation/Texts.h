@@ -11,6 +11,13 @@ extern String::StaticText<20> TEXT_NO_DRIVER;
 extern String::StaticText<22> TEXT_NO_LISTENER;
 extern String::StaticText<36> TEXT_NO_GROUP_OBSERVER;
 
+/// Leaves no text of a failure behind.
+inline void succeed(String& error)
+{
+    if (!error.isEmpty())
+        error = String();
+}
+
 /// Fails with code -1 and a fixed text in `error`.
 template <std::size_t SIZE> XCode fail(String& error, String::StaticText<SIZE>& text)
 {

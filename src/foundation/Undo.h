@@ -7,13 +7,14 @@
 /// Runs `attempt` and returns its result; runs `undo` when that is a failure or it throws.
 template <class Attempt, class Undo> auto orUndo(Attempt attempt, Undo undo) -> decltype(attempt())
 {
-    decltype(attempt()) rc;
-    try {
-        rc = attempt();
-    } catch (...) {
-        undo();
-        throw;
-    }
+    auto rc = [&] {
+        try {
+            return attempt();
+        } catch (...) {
+            undo();
+            throw;
+        }
+    }();
     if (rc.code() != 0)
         undo();
     return rc;

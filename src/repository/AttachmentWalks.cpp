@@ -1,4 +1,5 @@
-#include "repository/Frames.h"
+#include "repository/WrapperMatching.h"
+#include "repository/WrapperNotify.h"
 
 using Record = CDriverRepository::DriverWrapper;
 
@@ -46,48 +47,49 @@ bool Record::Clearing::isDue(Entry entry) const
     return (active || record.leavingOwing(entry, key) != nullptr) && heard(entry);
 }
 
+struct Record::Clearing::Cleared
+{
+    bool begin()
+    {
+        const bool due = walk.isDue(entry);
+        walk.told = walk.told || due;
+        return due;
+    }
+    Clearing& walk;
+    Voice& voice;
+    const Entry entry;
+};
+
 void Record::Clearing::tellOne()
 {
-    struct Cleared final : Occasion
-    {
-        Cleared(Clearing& w, Entry e) : Occasion(w.voice), walk(w), entry(e) {}
-        bool begin() override
-        {
-            const bool due = walk.isDue(entry);
-            walk.told = walk.told || due;
-            return due;
-        }
-        Clearing& walk;
-        const Entry entry;
-    };
     const Entry entry = cursor;
     if (!isDue(entry))
         return;
-    Cleared occasion(*this, entry);
+    Cleared occasion = {*this, voice, entry};
     if (!entry->isActive()) {
         tellLeaving(*record.leavingOwing(entry, key), occasion);
         return;
     }
     Listener* const l = entry->listener();
     // Criteria that name neither the key nor an interface hold as they did.
-    const bool leaves = (l->iid().isValid() || concernsKey(*l)) && record.talksTo(l, key, value) &&
+    const bool leaves = (l->wantsInterface() || concernsKey(*l)) && record.talksTo(l, key, value) &&
                         !record.talksTo(l);
     if (!isDue(entry) || !entry->isActive())
         return;
     if (leaves) {
         told = true;
-        record.dismiss(entry, isRollback_ ? String::EMPTY() : key,
-                       isRollback_ ? String::EMPTY() : value, voice);
+        const Override before = {key, value};
+        record.dismiss(entry, isRollback_ ? nullptr : &before, voice);
     } else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key))) {
-        record.tell(l, key, value, occasion);
+        record.tell(l, AttachmentCleared{key, value}, occasion);
     }
 }
 
 /// The going has not come to this attachment, and will find it changed.
-void Record::Clearing::tellLeaving(Leaving const& leaving, Occasion& occasion)
+void Record::Clearing::tellLeaving(Leaving const& leaving, Cleared& occasion)
 {
     if (record.isToldGone(leaving, record.attachments_.find(key), value))
-        record.tell(leaving.entry->listener(), key, value, occasion);
+        record.tell(leaving.entry->listener(), AttachmentCleared{key, value}, occasion);
 }
 
 bool Record::Clearing::holds(Entry entry) const
@@ -122,22 +124,22 @@ bool Record::Setting::isWanted(Entry entry) const
 
 XCode Record::Setting::tellActive(String& error)
 {
-    struct Set final : Occasion
+    struct Set
     {
-        explicit Set(Setting& w) : Occasion(w.voice), walk(w), entry(w.cursor) {}
         bool isDue() const { return walk.isWanted(entry) && entry->isActive(); }
-        bool begin() override { return walk.told = isDue(); }
-        bool stands() const override { return isDue() && !entry->listener()->isGone(); }
-        void refuse() override { walk.told = false; }
+        bool begin() { return walk.told = isDue(); }
+        bool stands() const { return isDue() && !entry->listener()->isGone(); }
+        void refuse() { walk.told = false; }
         Setting& walk;
+        Voice& voice;
         const Entry entry;
     };
     // Who is still coming, and will be told the attachments, hears of this one then.
     Joining const* const joining = record.joiningOf(cursor);
     if (joining != nullptr && !record.hasReached(joining, record.attachments_.find(key)))
         return XCode();
-    Set occasion(*this);
-    return record.ask(error, cursor->listener(), key, value, occasion);
+    Set occasion = {*this, voice, cursor};
+    return record.ask(error, cursor->listener(), AttachmentSet{key, value}, occasion);
 }
 
 /// The new value may start a match.
@@ -152,9 +154,7 @@ XCode Record::Setting::join(String& error)
     };
     if (!joins() || (record.finishLeaving(entry) && !joins()))
         return XCode();
-    record.activate(entry);
-    Joining joining(record, entry, voice);
-    return record.welcome(error, joining, REFUSED_SNAPSHOT);
+    return record.join(error, entry, voice);
 }
 
 bool Record::Setting::holds(Entry entry) const

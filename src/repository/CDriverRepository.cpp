@@ -78,7 +78,7 @@ void CDriverRepository::free(DriverWrapper* records)
     while (records != nullptr) {
         DriverWrapper* const record = records;
         records = record->newer_;
-        delete record;
+        record->destroy();
     }
 }
 

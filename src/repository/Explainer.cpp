@@ -1,4 +1,5 @@
 #include "repository/Explainer.h"
+#include "repository/WrapperMatching.h"
 
 using Explainer = CDriverRepository::Explainer;
 
@@ -6,8 +7,8 @@ using Explainer = CDriverRepository::Explainer;
 // tell. AttachmentWalks, WrapperJoining and WrapperLeaving do what is foretold here.
 
 Explainer::Explainer(DriverWrapper const& record, Listener const& listener)
-    : record_(record), listener_(listener), hasType_(record.hasDID(listener.did())),
-      offers_(record.offers(listener.iid())), isNamed_(record.isNamed(listener.prefix()))
+    : record_(record), listener_(listener), hasType_(record.hasDID(listener)),
+      offers_(record.offers(listener)), isNamed_(record.isNamed(listener.prefix()))
 {}
 
 void Explainer::explain(Explanation& explanation) const

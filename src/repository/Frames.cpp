@@ -12,30 +12,13 @@ template <class Mark> void settle(Mark& mark, std::uint16_t level)
         mark = static_cast<Mark>(level - 1);
 }
 
-/// Ends a snapshot level; `late` says whether there are marks to settle.
-void endSnapshotLevel(TOVA_StringHashTable<String>& attachments, std::uint16_t& level, bool& late)
-{
-    if (late)
-        for (auto& attachment : attachments)
-            settle(attachment.mark, level);
-    --level;
-    late = late && level != 0;
-}
-
 } // namespace
 
-Record::Joining::Joining(DriverWrapper& ofRecord, Entry ofEntry, Voice& ofVoice)
-    : record(ofRecord), entry(ofEntry), voice(ofVoice), outer(ofRecord.joinings_),
-      next(ofRecord.attachments_.begin())
+/// Settles the marks of the snapshot that ends, which somebody left.
+void Record::settleValues()
 {
-    record.joinings_ = this;
-}
-
-Record::Joining::~Joining()
-{
-    if (level != 0)
-        endSnapshotLevel(record.attachments_, record.snapshotLevel_, record.lateValues_);
-    record.joinings_ = outer;
+    for (auto& attachment : attachments_)
+        settle(attachment.mark, snapshotLevel_);
 }
 
 void Record::Joining::beginSnapshot()
@@ -59,29 +42,11 @@ bool Record::Joining::hasPassed(Attachment at) const
     return ahead != at;
 }
 
-Record::Leaving::Leaving(DriverWrapper& ofRecord, Entry ofEntry, Joining const* ended,
-                         GoingKind ofKind, String const& changedKey, String const& changedValue,
-                         Voice& ofVoice)
-    : record(ofRecord), entry(ofEntry), joining(ended), kind(ofKind), key(changedKey),
-      value(changedValue), voice(ofVoice), outer(ofRecord.leavings_),
-      level(++ofRecord.snapshotLevel_), next(ofRecord.attachments_.end()), passed(false),
-      tellsRemoved(kind == FAREWELL || kind == REFUSED_OFFER)
-{
-    record.leavings_ = this;
-    if (!entry->listener()->wantsSnapshot())
-        next = record.attachments_.begin();
-}
-
-Record::Leaving::~Leaving()
-{
-    endSnapshotLevel(record.attachments_, record.snapshotLevel_, record.lateValues_);
-    record.leavings_ = outer;
-}
-
 bool Record::Leaving::hadHeard(Attachment at) const
 {
     // What ends the match is told here, whatever has become of it since.
-    const bool isEnd = at->key == key && !isRollback() && !value.isEmpty();
+    const bool isEnd =
+        changed != nullptr && at->key == changed->key && !isRollback() && !changed->value.isEmpty();
     return (isEnd || at->mark < level) && (joining == nullptr || joining->hasTold(at, passed));
 }
 

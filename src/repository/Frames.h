@@ -7,33 +7,23 @@
 // does the work and is chained to the record, so that calls from inside see how far it is, and can
 // finish what must be finished first.
 
-/// Why a listener is told something, asked at the last moment and again after its answer: log
-/// lines, references taken and the observer itself may have changed everything.
-class CDriverRepository::DriverWrapper::Occasion
-{
-public:
-    explicit Occasion(Voice& ofVoice) : voice(ofVoice) {}
-
-    /// The observer is about to be called; false when what it was to hear has been overtaken.
-    virtual bool begin() = 0;
-    /// Whether a refusal of what it heard still has something to refuse.
-    virtual bool stands() const { return true; }
-    /// It has refused or thrown: it counts as not told, before anybody else hears of that.
-    virtual void refuse() {}
-
-    Voice& voice; // of the walk
-
-protected:
-    ~Occasion() = default;
-};
-
 /// A listener is coming to the driver: told of the driver, then of its attachments.
 struct CDriverRepository::DriverWrapper::Joining
 {
-    Joining(DriverWrapper& record, Entry entry, Voice& voice);
+    Joining(DriverWrapper& ofRecord, Entry ofEntry, Voice& ofVoice)
+        : record(ofRecord), entry(ofEntry), voice(ofVoice), outer(ofRecord.joinings_),
+          next(ofRecord.attachments_.begin())
+    {
+        record.joinings_ = this;
+    }
     Joining(Joining const&) = delete;
     Joining& operator=(Joining const&) = delete;
-    ~Joining();
+    ~Joining()
+    {
+        if (level != 0)
+            record.endSnapshotLevel();
+        record.joinings_ = outer;
+    }
 
     /// From now on the attachments are told; values set later are told by whoever sets them.
     void beginSnapshot();
@@ -49,7 +39,7 @@ struct CDriverRepository::DriverWrapper::Joining
     bool told = false;       // the observer has heard of the driver
     bool withdrawn = false;  // somebody has ended this coming meanwhile
     std::uint16_t level = 0; // of the snapshot; 0 before it
-    Attachment next;         // the first attachment not yet told
+    Attachment next;         // in the snapshot: the first attachment not yet told
 };
 
 /// What a going tells.
@@ -64,13 +54,25 @@ enum CDriverRepository::DriverWrapper::GoingKind : unsigned int {
 /// driver. Its entry is inactive already.
 struct CDriverRepository::DriverWrapper::Leaving
 {
-    /// `joining`: the coming that this ends, null when that was over. The criteria see attachment
-    /// `key` at `value`, unless that is empty.
-    Leaving(DriverWrapper& record, Entry entry, Joining const* joining, GoingKind kind,
-            String const& key, String const& value, Voice& voice);
+    /// `ended`: the coming that this ends, null when that was over. `change`: the criteria see
+    /// that attachment at that value, unless it is empty; null without one.
+    Leaving(DriverWrapper& ofRecord, Entry ofEntry, Joining const* ended, GoingKind ofKind,
+            Override const* change, Voice& ofVoice)
+        : record(ofRecord), entry(ofEntry), joining(ended), kind(ofKind), changed(change),
+          voice(ofVoice), outer(ofRecord.leavings_), level(++ofRecord.snapshotLevel_),
+          next(entry->listener()->wantsSnapshot() ? record.attachments_.end()
+                                                  : record.attachments_.begin()),
+          tellsRemoved(kind == FAREWELL || kind == REFUSED_OFFER)
+    {
+        record.leavings_ = this;
+    }
     Leaving(Leaving const&) = delete;
     Leaving& operator=(Leaving const&) = delete;
-    ~Leaving();
+    ~Leaving()
+    {
+        record.endSnapshotLevel();
+        record.leavings_ = outer;
+    }
 
     bool isRollback() const { return kind == REFUSED_OFFER || kind == REFUSED_SNAPSHOT; }
     /// Whether the listener had heard of attachment `at`, just before `next`, when this began.
@@ -82,14 +84,13 @@ struct CDriverRepository::DriverWrapper::Leaving
     const Entry entry;
     Joining const* const joining;
     const GoingKind kind;
-    String const& key;
-    String const& value;
+    Override const* const changed;
     Voice& voice;
     Leaving* const outer;
     const std::uint16_t level;
-    Attachment next;   // the attachment before this one is told next
-    bool passed;       // the coming had come past that attachment
-    bool tellsRemoved; // the driver's going is still to be told
+    Attachment next;     // the attachment before this one is told next
+    bool passed = false; // the coming had come past that attachment
+    bool tellsRemoved;   // the driver's going is still to be told
 };
 
 /// News of one attachment on its way along the listeners of the driver.
@@ -145,8 +146,9 @@ public:
 private:
     bool heard(Entry entry) const;
     bool isDue(Entry entry) const;
+    struct Cleared;
     void tellOne();
-    void tellLeaving(Leaving const& leaving, Occasion& occasion);
+    void tellLeaving(Leaving const& leaving, Cleared& occasion);
 
     Setting const* const heardIn_;
     const bool isRollback_;

@@ -8,14 +8,15 @@ CDriverRepository::Listener::Listener(String const& name, TOVA_UUID const& class
                                       bool rightOfVeto, bool snapshotFlag, Delegate* delegate)
     : name_(name), classId_(classId), interfaceId_(interfaceId), pattern_(driverNamePattern),
       attributes_(attributes), priority_(priority), rightOfVeto_(rightOfVeto),
-      snapshotFlag_(snapshotFlag), delegate_(TYPtr<Delegate>::share(delegate))
+      snapshotFlag_(snapshotFlag), delegate_(TYPtr<Delegate>::share(delegate)),
+      hasType_(classId.isValid()), hasInterface_(interfaceId.isValid())
 {}
 
 CDriverRepository::Listener::Listener(Listener const& other)
     : name_(other.name_), classId_(other.classId_), interfaceId_(other.interfaceId_),
       pattern_(other.pattern_), attributes_(other.attributes_), priority_(other.priority_),
       rightOfVeto_(other.rightOfVeto_), snapshotFlag_(other.snapshotFlag_),
-      delegate_(other.delegate_)
+      delegate_(other.delegate_), hasType_(other.hasType_), hasInterface_(other.hasInterface_)
 {
     for (unsigned int i = 0; i < 4; ++i)
         counts_[i] = other.counts_[i];
@@ -34,6 +35,8 @@ CDriverRepository::Listener& CDriverRepository::Listener::operator=(Listener con
     snapshotFlag_ = other.snapshotFlag_;
     for (unsigned int i = 0; i < 4; ++i)
         counts_[i] = other.counts_[i];
+    hasType_ = other.hasType_;
+    hasInterface_ = other.hasInterface_;
     delegate_ = other.delegate_;
     return *this;
 }

@@ -4,8 +4,8 @@
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "foundation/Undo.h"
-#include "repository/Frames.h"
 #include "repository/Operation.h"
+#include "repository/WrapperListeners.h"
 
 // Drivers come and go. A coming is offered to the listeners front to back, a going told back to
 // front; a refused coming leaves the way an ordinary going does.
@@ -59,7 +59,9 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
 XCode CDriverRepository::enter(String& error, String const& name, IDriver* driver,
                                DriverWrapper*& record)
 {
-    std::unique_ptr<DriverWrapper> made(new (std::nothrow) DriverWrapper(this, driver));
+    const auto destroy = [](DriverWrapper* unused) { unused->destroy(); };
+    std::unique_ptr<DriverWrapper, decltype(destroy)> made(
+        DriverWrapper::create(this, driver, listeners_.count()), destroy);
     if (made == nullptr)
         return XCode::OUT_OF_MEMORY(error);
     if (recordOf(name) != nullptr) // taken by a call from inside
@@ -233,7 +235,7 @@ void CDriverRepository::discard(DriverWrapper& record)
         return;
     }
     unlink(record);
-    delete &record;
+    record.destroy();
 }
 
 void CDriverRepository::unlink(DriverWrapper& record)

@@ -196,7 +196,7 @@ void CDriverRepository::sayFarewells(Listener& listener)
             continue;
         record->part(entry, voice);
         if (running_ == 1)
-            record->listeners_.remove(entry);
+            record->unlink(entry);
     }
 }
 

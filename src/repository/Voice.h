@@ -8,24 +8,17 @@
 /// The events that a walk hands to one observer after the other. Made when first needed and kept,
 /// since taking the references of an event costs more than all the rest of telling it; armed anew
 /// in every field each time, since observers may change what they are given.
-class CDriverRepository::DriverWrapper::Voice
+struct CDriverRepository::DriverWrapper::Voice
 {
-public:
-    Voice() = default;
-    Voice(Voice const&) = delete;
-    Voice& operator=(Voice const&) = delete;
-
-private:
-    template <class Event> friend class Loan;
-
     template <class Event> struct Kept
     {
         std::optional<Event> event;
         bool lent = false;
     };
 
-    Kept<EvDriver>& keptFor(EvDriver const*) { return driver_; }
-    Kept<EvAttachment>& keptFor(EvAttachment const*) { return attachment_; }
+    Voice() = default;
+    Voice(Voice const&) = delete;
+    Voice& operator=(Voice const&) = delete;
 
     Kept<EvDriver> driver_;
     Kept<EvAttachment> attachment_;
@@ -37,42 +30,52 @@ template <class Event> class CDriverRepository::DriverWrapper::Loan
 {
 public:
     template <class... Texts>
-    Loan(Voice& voice, IDriverRepository* repository, IDriver* driver, Texts const&... texts)
+    Loan(Voice::Kept<Event>& kept, IDriverRepository* repository, IDriver* driver,
+         Texts const&... texts)
+        : kept_(&kept)
     {
-        Voice::Kept<Event>& kept = voice.keptFor(static_cast<Event const*>(nullptr));
-        if (kept.lent) {
-            own_.emplace(repository, driver, texts...);
-            event_ = &*own_;
-            return;
-        }
-        lent_ = &kept.lent;
-        *lent_ = true;
-        if (kept.event)
-            arm(*kept.event, repository, driver, texts...);
+        if (kept.lent || !kept.event || !isArmed(*kept.event, repository, driver, texts...))
+            prepare(repository, driver, texts...);
         else
-            kept.event.emplace(repository, driver, texts...);
-        event_ = &*kept.event;
+            kept.lent = true;
     }
     Loan(Loan const&) = delete;
     Loan& operator=(Loan const&) = delete;
-    ~Loan()
-    {
-        if (lent_ != nullptr)
-            *lent_ = false;
-    }
+    ~Loan() { kept_->lent = false; }
 
-    Event& operator*() const { return *event_; }
+    Event& operator*() const { return *kept_->event; }
 
 private:
+    template <class... Texts>
+    [[gnu::noinline]] void prepare(IDriverRepository* repository, IDriver* driver,
+                                   Texts const&... texts)
+    {
+        if (kept_->lent)
+            kept_ = &own_;
+        kept_->lent = true; // before references are taken, which may call in
+        if (kept_->event)
+            arm(*kept_->event, repository, driver, texts...);
+        else
+            kept_->event.emplace(repository, driver, texts...);
+    }
+
+    static bool isArmed(EvDriver const& event, IDriverRepository const* repository,
+                        IDriver const* driver)
+    {
+        return event.source.get() == repository && event.driver.get() == driver &&
+               event.data.buffer().size() == 0;
+    }
+    static bool isArmed(EvAttachment const& event, IDriverRepository const* repository,
+                        IDriver const* driver, String const& key, String const& value)
+    {
+        return isArmed(event, repository, driver) && event.key.buffer() == key.buffer() &&
+               event.value.buffer() == value.buffer();
+    }
+
     template <class T> static void refer(TYPtr<T>& held, T* object)
     {
         if (held.get() != object)
             held = TYPtr<T>::share(object);
-    }
-    static void refer(String& held, String const& text)
-    {
-        if (held.buffer() != text.buffer())
-            held = text;
     }
     static void arm(EvDriver& event, IDriverRepository* repository, IDriver* driver)
     {
@@ -85,13 +88,12 @@ private:
                     String const& key, String const& value)
     {
         arm(event, repository, driver);
-        refer(event.key, key);
-        refer(event.value, value);
+        event.key = key;
+        event.value = value;
     }
 
-    std::optional<Event> own_;
-    Event* event_ = nullptr;
-    bool* lent_ = nullptr;
+    Voice::Kept<Event> own_;
+    Voice::Kept<Event>* kept_;
 };
 
 #endif

@@ -68,11 +68,9 @@ void Record::rematch(Entry entry)
         return;
     Voice voice;
     if (!matches) {
-        dismiss(entry, String::EMPTY(), String::EMPTY(), voice);
+        dismiss(entry, nullptr, voice);
         return;
     }
     String refusal; // leaves just this listener out
-    activate(entry);
-    Joining joining(*this, entry, voice);
-    static_cast<void>(welcome(refusal, joining, REFUSED_SNAPSHOT));
+    static_cast<void>(join(refusal, entry, voice));
 }

@@ -1,14 +1,69 @@
+#include "foundation/Texts.h"
 #include "foundation/Undo.h"
-#include "repository/Frames.h"
+#include "repository/WrapperListeners.h"
+#include "repository/WrapperMatching.h"
+#include "repository/WrapperNotify.h"
 
 using Record = CDriverRepository::DriverWrapper;
 
 // A listener comes to the driver: it is told of the driver, then of the attachments.
 
+/// Tells a listener whose entry has just become active. Undoes a refusal of the driver by taking
+/// the entry back, one of an attachment by also telling back what had been told; `refused` says
+/// which kind of going that is. Success empties `error`.
+inline XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
+{
+    struct Added
+    {
+        bool begin() { return joining.told = !joining.withdrawn; }
+        bool stands() const { return !joining.withdrawn; }
+        void refuse() { joining.told = false; }
+        Joining& joining;
+        Voice& voice;
+    };
+    Added occasion = {joining, joining.voice};
+    return orUndo(
+        [&] {
+            XCode rc = ask(error, joining.entry->listener(), DriverAdded(), occasion);
+            if (rc.code() != 0)
+                return rc;
+            if (!joining.withdrawn) {
+                joining.told = true; // also without a delegate, which nobody asked
+                if (joining.entry->listener()->wantsSnapshot())
+                    return tellAttachments(error, joining);
+            }
+            succeed(error);
+            return rc;
+        },
+        [&] { takeBack(joining, refused); });
+}
+
+/// Undoes a refused coming, unless it was ended meanwhile.
+void Record::takeBack(Joining const& joining, GoingKind refused)
+{
+    if (joining.withdrawn)
+        return;
+    if (refused == REFUSED_OFFER)
+        joining.entry->decRef();
+    deactivate(joining.entry);
+    if (joining.told)
+        tellBack(joining, refused);
+}
+
+XCode Record::addListener(String& error, Listener* l)
+{
+    if (l == nullptr)
+        return fail(error, TEXT_NO_LISTENER);
+    const bool mayKnow = true;
+    Entry hint = listeners_.begin();
+    Voice voice;
+    return meet(error, l, mayKnow, hint, voice);
+}
+
 XCode Record::snapshotInitial(String& error, Listener* l)
 {
     if (!l->wantsSnapshot()) {
-        error = String::EMPTY();
+        succeed(error);
         return XCode();
     }
     const Entry entry = find(l);
@@ -21,52 +76,54 @@ XCode Record::snapshotInitial(String& error, Listener* l)
                   [&] { tellBack(joining, REFUSED_SNAPSHOT); });
 }
 
-/// Tells a listener whose entry has just become active. Undoes a refusal of the driver by taking
-/// the entry back, one of an attachment by also telling back what had been told; `refused` says
-/// which kind of going that is.
-XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
+/// Offers the driver to a listener whose entry, if it has one and `mayKnow` says so, is counted
+/// up. A new one is sought near `hint`, which moves to it: offers in priority order cost a step.
+[[gnu::flatten]] XCode Record::meet(String& error, Listener* l, bool mayKnow, Entry& hint,
+                                    Voice& voice)
 {
-    struct Added final : Occasion
-    {
-        explicit Added(Joining& j) : Occasion(j.voice), joining(j) {}
-        bool begin() override { return joining.told = !joining.withdrawn; }
-        bool stands() const override { return !joining.withdrawn; }
-        void refuse() override { joining.told = false; }
-        Joining& joining;
-    };
-    Added occasion(joining);
-    bool snapshot = false;
-    return orUndo(
-        [&] {
-            XCode rc = ask(error, joining.entry->listener(), occasion);
-            if (rc.code() != 0 || joining.withdrawn)
-                return rc;
-            joining.told = true; // also without a delegate, which nobody asked
-            snapshot = true;
-            return tellAttachments(error, joining);
-        },
-        [&] {
-            if (joining.withdrawn)
-                return;
-            if (refused == REFUSED_OFFER)
-                joining.entry->decRef();
-            deactivate(joining.entry);
-            if (snapshot)
-                tellBack(joining, refused);
-        });
+    const bool matches = selects(*l);
+    if (gone_ || l->isGone()) {
+        succeed(error);
+        return XCode();
+    }
+    const Entry known = mayKnow ? find(l) : listeners_.end();
+    if (known == listeners_.end()) {
+        try {
+            hint = link(placeNear(hint, l), l, matches);
+        } catch (std::bad_alloc const&) {
+            return XCode::OUT_OF_MEMORY(error);
+        }
+    } else {
+        hint = known;
+        known->incRef();
+    }
+    if (!matches || hint->getRefCount() != 1) {
+        succeed(error);
+        return XCode();
+    }
+    Joining joining(*this, hint, voice);
+    return welcome(error, joining, REFUSED_OFFER);
+}
+
+/// Begins the match of an inactive entry.
+XCode Record::join(String& error, Entry entry, Voice& voice)
+{
+    activate(entry);
+    Joining joining(*this, entry, voice);
+    return welcome(error, joining, REFUSED_SNAPSHOT);
 }
 
 void Record::tellBack(Joining const& joining, GoingKind refused)
 {
-    Leaving leaving(*this, joining.entry, &joining, refused, String::EMPTY(), String::EMPTY(),
-                    joining.voice);
+    Leaving leaving(*this, joining.entry, &joining, refused, nullptr, joining.voice);
     throughout([&] { tellRest(leaving); });
 }
 
+/// The snapshot of a listener that wants one.
 XCode Record::tellAttachments(String& error, Joining& joining)
 {
     const Entry entry = joining.entry;
-    if (entry->listener()->wantsSnapshot() && entry->isValid() && entry->isActive()) {
+    if (entry->isValid() && entry->isActive()) {
         joining.beginSnapshot();
         while (joining.next != attachments_.end() && !joining.withdrawn) {
             XCode rc = tellAttachment(error, joining);
@@ -74,7 +131,7 @@ XCode Record::tellAttachments(String& error, Joining& joining)
                 return rc;
         }
     }
-    error = String::EMPTY();
+    succeed(error);
     return XCode();
 }
 
@@ -82,32 +139,32 @@ XCode Record::tellAttachments(String& error, Joining& joining)
 /// since the snapshot began and so told by that change. A refused one stays the next.
 XCode Record::tellAttachment(String& error, Joining& joining)
 {
-    struct Told final : Occasion
+    struct Told
     {
-        Told(Joining& j, String const& v) : Occasion(j.voice), joining(j), at(j.next), value(v) {}
         bool stillThere() const
         {
             return !joining.withdrawn && at->mark < joining.level && at->value == value;
         }
-        bool begin() override
+        bool begin()
         {
             if (stillThere())
                 ++joining.next;
             return joining.next != at;
         }
-        bool stands() const override { return stillThere(); }
-        void refuse() override { joining.next = at; }
+        bool stands() const { return stillThere(); }
+        void refuse() { joining.next = at; }
         Joining& joining;
+        Voice& voice;
         const Attachment at;
         const String value;
     };
     Listener* const l = joining.entry->listener();
-    Told occasion(joining, joining.next->value);
+    Told occasion = {joining, joining.voice, joining.next, joining.next->value};
     const Attachment at = occasion.at;
     XCode rc;
     if (!occasion.value.isEmpty() && at->mark < joining.level &&
         talksTo(l, at->key, String::EMPTY()))
-        rc = ask(error, l, at->key, occasion.value, occasion);
+        rc = ask(error, l, AttachmentSet{at->key, occasion.value}, occasion);
     if (rc.code() == 0 && joining.next == at)
         ++joining.next;
     return rc;

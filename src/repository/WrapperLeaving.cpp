@@ -1,11 +1,35 @@
 #include <iterator>
 
 #include "foundation/Undo.h"
-#include "repository/Frames.h"
+#include "repository/WrapperListeners.h"
+#include "repository/WrapperMatching.h"
+#include "repository/WrapperNotify.h"
 
 using Record = CDriverRepository::DriverWrapper;
 
 // A listener goes from the driver: it is told that the attachments go, then the driver.
+
+inline void Record::tellGoing(Leaving& leaving)
+{
+    struct Removed
+    {
+        bool begin()
+        {
+            const bool owed = leaving.tellsRemoved;
+            leaving.tellsRemoved = false;
+            return owed;
+        }
+        Leaving& leaving;
+        Voice& voice;
+    };
+    while (leaving.next != attachments_.begin())
+        tellAttachmentGone(leaving);
+    if (!leaving.tellsRemoved)
+        return;
+    Removed occasion = {leaving, leaving.voice};
+    tell(leaving.entry->listener(), DriverRemoved(), occasion);
+    leaving.tellsRemoved = false;
+}
 
 void Record::snapshotFinal(Listener* l, String const& key, String const& value)
 {
@@ -15,14 +39,27 @@ void Record::snapshotFinal(Listener* l, String const& key, String const& value)
     const String ownKey(key);
     const String ownValue(value);
     Voice voice;
-    Leaving leaving(*this, entry, joiningOf(entry), FINAL_SNAPSHOT, ownKey, ownValue, voice);
+    const Override before = {ownKey, ownValue};
+    Leaving leaving(*this, entry, joiningOf(entry), FINAL_SNAPSHOT, &before, voice);
     throughout([&] { tellRest(leaving); });
 }
 
-/// Takes one recording of a listener back; the last one says farewell.
-void Record::part(Entry entry, Voice& voice)
+void Record::removeListener(Listener* l)
 {
-    finishLeaving(entry);
+    if (l == nullptr)
+        return;
+    const Entry entry = find(l);
+    if (entry == listeners_.end())
+        return;
+    Voice voice;
+    part(entry, voice);
+}
+
+/// Takes one recording of a listener back; the last one says farewell.
+[[gnu::flatten]] void Record::part(Entry entry, Voice& voice)
+{
+    if (leavings_ != nullptr)
+        finishLeaving(entry);
     if (!entry->isValid())
         return;
     Joining const* const joining = joiningOf(entry);
@@ -30,27 +67,31 @@ void Record::part(Entry entry, Voice& voice)
     entry->decRef();
     withdraw(entry);
     if (toldOf)
-        farewell(entry, joining, String::EMPTY(), String::EMPTY(), voice);
+        farewell(entry, joining, nullptr, voice);
 }
 
-/// Ends the match of an active entry. The farewell sees attachment `key` at `value`, unless that
-/// is empty.
-void Record::dismiss(Entry entry, String const& key, String const& value, Voice& voice)
+/// Ends the match of an active entry. The farewell sees that attachment at the value `before`, if
+/// given.
+void Record::dismiss(Entry entry, Override const* before, Voice& voice)
 {
     Joining const* const joining = joiningOf(entry);
     deactivate(entry);
-    farewell(entry, joining, key, value, voice);
+    farewell(entry, joining, before, voice);
 }
 
 /// Tells the listener of an entry that has just become inactive. One that is still on its way in
 /// and has not heard of the driver hears nothing.
-void Record::farewell(Entry entry, Joining const* joining, String const& key, String const& value,
-                      Voice& voice)
+void Record::farewell(Entry entry, Joining const* joining, Override const* before, Voice& voice)
 {
     if (joining != nullptr && !joining->told)
         return;
-    Leaving leaving(*this, entry, joining, FAREWELL, key, value, voice);
-    throughout([&] { tellRest(leaving); });
+    Leaving leaving(*this, entry, joining, FAREWELL, before, voice);
+    try {
+        tellGoing(leaving);
+    } catch (...) {
+        tellRest(leaving);
+        throw;
+    }
 }
 
 /// Tells what goings of the entry's listener that are under way still owe it. Returns whether there
@@ -78,37 +119,20 @@ Record::Leaving* Record::leavingOwing(Entry entry, String const& key)
 
 void Record::tellRest(Leaving& leaving)
 {
-    struct Removed final : Occasion
-    {
-        explicit Removed(Leaving& l) : Occasion(l.voice), leaving(l) {}
-        bool begin() override
-        {
-            const bool owed = leaving.tellsRemoved;
-            leaving.tellsRemoved = false;
-            return owed;
-        }
-        Leaving& leaving;
-    };
-    while (leaving.next != attachments_.begin())
-        tellAttachmentGone(leaving);
-    if (!leaving.tellsRemoved)
-        return;
-    Removed occasion(leaving);
-    tell(leaving.entry->listener(), occasion);
-    leaving.tellsRemoved = false;
+    tellGoing(leaving);
 }
 
 void Record::tellAttachmentGone(Leaving& leaving)
 {
-    struct Gone final : Occasion
+    struct Gone
     {
         explicit Gone(Leaving& l)
-            : Occasion(l.voice), leaving(l), before(l.next), at(std::prev(before)),
+            : leaving(l), voice(l.voice), before(l.next), at(std::prev(before)),
               value(l.record.goingValue(l, at))
         {}
         bool isNext() const { return leaving.next == before; }
         bool isOwed() const { return isNext() && leaving.record.goingValue(leaving, at) == value; }
-        bool begin() override
+        bool begin()
         {
             const bool owed = isOwed();
             if (owed)
@@ -116,6 +140,7 @@ void Record::tellAttachmentGone(Leaving& leaving)
             return owed;
         }
         Leaving& leaving;
+        Voice& voice;
         const Attachment before;
         const Attachment at;
         const String value;
@@ -124,7 +149,8 @@ void Record::tellAttachmentGone(Leaving& leaving)
     leaving.passed = leaving.passed || (joining != nullptr && leaving.next == joining->next);
     Gone occasion(leaving);
     if (isToldGone(leaving, occasion.at, occasion.value) && occasion.isOwed())
-        tell(leaving.entry->listener(), occasion.at->key, occasion.value, occasion);
+        tell(leaving.entry->listener(), AttachmentCleared{occasion.at->key, occasion.value},
+             occasion);
     if (occasion.isNext())
         leaving.next = occasion.at;
 }
@@ -134,8 +160,9 @@ String const& Record::goingValue(Leaving const& leaving, Attachment at) const
 {
     if (!leaving.hadHeard(at))
         return String::EMPTY();
-    if (at->key == leaving.key && !leaving.isRollback())
-        return leaving.value;
+    Override const* const changed = leaving.changed;
+    if (at->key == (changed != nullptr ? changed->key : String::EMPTY()) && !leaving.isRollback())
+        return changed != nullptr ? changed->value : String::EMPTY();
     Walk const* const walk = walkOf(at->key);
     if (walk != nullptr && walk->holds(leaving.entry))
         return walk->value;
@@ -150,7 +177,7 @@ bool Record::isToldGone(Leaving const& leaving, Attachment at, String const& val
         return leaving.isRollback() && leaving.hadHeard(at) && leaving.passed;
     Listener const* const l = leaving.entry->listener();
     const Override without = {at->key, String::EMPTY()};
-    const Override before = {leaving.key, leaving.value};
-    Override const* const changed = leaving.value.isEmpty() ? nullptr : &before;
-    return hasDID(l->did()) && isNamed(l->prefix()) && carries(l->attributes(), &without, changed);
+    Override const* const changed =
+        leaving.changed != nullptr && !leaving.changed->value.isEmpty() ? leaving.changed : nullptr;
+    return hasDID(*l) && isNamed(l->prefix()) && carries(l->attributes(), &without, changed);
 }

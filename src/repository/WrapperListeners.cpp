@@ -1,5 +1,6 @@
-#include "foundation/Texts.h"
-#include "repository/Frames.h"
+#include <functional>
+
+#include "repository/WrapperListeners.h"
 
 using Record = CDriverRepository::DriverWrapper;
 
@@ -41,62 +42,12 @@ bool Record::isActive(Listener const* l) const
 /// Takes the entries of listeners out that the repository is about to free.
 void Record::forgetGone()
 {
-    for (Entry at = listeners_.begin(); at != listeners_.end();)
-        if (at->listener()->isGone())
-            at = listeners_.remove(at);
-        else
-            ++at;
-}
-
-XCode Record::addListener(String& error, Listener* l)
-{
-    if (l == nullptr)
-        return fail(error, TEXT_NO_LISTENER);
-    const bool mayKnow = true;
-    Entry hint = listeners_.begin();
-    Voice voice;
-    return meet(error, l, mayKnow, hint, voice);
-}
-
-void Record::removeListener(Listener* l)
-{
-    if (l == nullptr)
-        return;
-    const Entry entry = find(l);
-    if (entry == listeners_.end())
-        return;
-    Voice voice;
-    part(entry, voice);
-}
-
-/// Offers the driver to a listener whose entry, if it has one and `mayKnow` says so, is counted
-/// up. A new one is sought near `hint`, which moves to it: offers in priority order cost a step.
-XCode Record::meet(String& error, Listener* l, bool mayKnow, Entry& hint, Voice& voice)
-{
-    const bool matches = talksTo(l);
-    if (gone_ || l->isGone()) {
-        error = String::EMPTY();
-        return XCode();
+    for (Entry at = listeners_.begin(); at != listeners_.end();) {
+        const Entry entry = at;
+        ++at;
+        if (entry->listener()->isGone())
+            unlink(entry);
     }
-    const Entry known = mayKnow ? find(l) : listeners_.end();
-    if (known == listeners_.end()) {
-        try {
-            hint = link(placeNear(hint, l), l, matches);
-        } catch (std::bad_alloc const&) {
-            return XCode::OUT_OF_MEMORY(error);
-        }
-    } else {
-        hint = known;
-        known->incRef();
-    }
-    if (matches && hint->getRefCount() == 1) {
-        Joining joining(*this, hint, voice);
-        XCode rc = welcome(error, joining, REFUSED_OFFER);
-        if (rc.code() != 0)
-            return rc;
-    }
-    error = String::EMPTY();
-    return XCode();
 }
 
 Record::Entry Record::find(Listener const* l)
@@ -112,67 +63,24 @@ Record::Entries::ConstIterator Record::find(Listener const* l) const
     return const_cast<DriverWrapper*>(this)->find(l);
 }
 
-/// The listener's entry, sought around that of another, `hint`, in both directions at once: who
-/// walks the repository's list finds the next one there in a step or two, also among equals, whose
-/// order may differ.
-Record::Entry Record::findNear(Entry hint, Listener const* l)
+void Record::unlink(Entry entry)
 {
-    Entry up = hint;
-    Entry down = hint;
-    while (up != listeners_.end() || down != listeners_.begin()) {
-        if (down != listeners_.begin() && (--down)->listener() == l)
-            return down;
-        if (up != listeners_.end() && ++up != listeners_.end() && up->listener() == l)
-            return up;
-    }
-    return listeners_.end();
-}
-
-/// The first valid entry of no lower priority value, the end without one, sought from `hint`.
-Record::Entry Record::placeNear(Entry hint, Listener const* l)
-{
-    Entry at = hint;
-    while (at != listeners_.begin()) {
-        Entry before = at;
-        --before;
-        if (before->isValid() && before->listener()->priority() < l->priority())
-            break;
-        at = before;
-    }
-    while (at != listeners_.end() && (!at->isValid() || at->listener()->priority() < l->priority()))
-        ++at;
-    return at;
-}
-
-Record::Entry Record::link(Entry place, Listener* l, bool active)
-{
-    const Entry entry = listeners_.insert(place, ListenerWrapper(l, active));
-    entry->joinedIn_ = walkLevel_;
-    lateEntries_ = lateEntries_ || walkLevel_ != 0;
-    return entry;
-}
-
-void Record::activate(Entry entry)
-{
-    entry->activate();
-    entry->joinedIn_ = walkLevel_;
-    lateEntries_ = lateEntries_ || walkLevel_ != 0;
-}
-
-void Record::deactivate(Entry entry)
-{
-    entry->deactivate();
-    withdraw(entry);
-}
-
-/// Ends a coming under way of an entry that is active no more.
-void Record::withdraw(Entry entry)
-{
-    if (entry->isActive())
+    void* const room = listeners_.extract(entry);
+    if (!isInRoom(room)) {
+        ::operator delete(room);
         return;
-    for (Joining* joining = joinings_; joining != nullptr; joining = joining->outer)
-        if (joining->entry == entry)
-            joining->withdrawn = true;
+    }
+    *static_cast<void**>(room) = freed_;
+    freed_ = room;
+    ++roomFreed_;
+}
+
+bool Record::isInRoom(void const* entry) const
+{
+    char const* const begin = room();
+    char const* const at = static_cast<char const*>(entry);
+    return !std::less<char const*>()(at, begin) &&
+           std::less<char const*>()(at, begin + roomSize_ * Entries::NODE_SIZE);
 }
 
 bool Record::isBefore(Entry entry, Entry stop)

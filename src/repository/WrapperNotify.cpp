@@ -1,144 +1,78 @@
-#include <drvrepo/IDriverRepositoryObserver.h>
-
-#include "foundation/Log.h"
-#include "repository/Frames.h"
+#include "repository/WrapperNotify.h"
 
 using Record = CDriverRepository::DriverWrapper;
-using Observer = IDriverRepositoryObserver;
-using Event = ObserverEvent<IDriverRepository>;
 
-// The only place where observers are called. Each tells one listener once.
+// The wording is the same for listeners without the right of veto.
 
-namespace
+void Record::DriverAdded::log(Record const& record, Listener const& l) const
 {
-
-void logRefusal(Record const& record, CDriverRepository::Listener const* l, String const& error)
-{
-    logError("DrvRepo:   %s: NOTIFY LISTENER '%s' FAILED: %s", record.getDriverName().cString(),
-             l->name().cString(), error.cString());
+    logDebug(0, "DrvRepo:   %s: Notify listener '%s' with right of veto: onDriverAdded()",
+             record.getDriverName().cString(), l.name().cString());
 }
 
-/// Calls a method that may refuse, and returns the refusal if it counts.
-template <class Occasion>
-XCode deliver(Record const& record, String& error, CDriverRepository::Listener* l,
-              XCode (Observer::*method)(String&, Event&), Event& event, Occasion& occasion)
+void Record::DriverRemoved::log(Record const& record, Listener const& l) const
 {
-    if (!occasion.begin())
-        return XCode();
-    XCode rc = l->delegate()->notifyEvent(error, method, event);
-    if (rc.code() == 0 || !l->hasRightOfVeto() || !occasion.stands())
-        return XCode();
-    occasion.refuse();
-    logRefusal(record, l, error);
-    return rc;
+    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverRemoved()",
+             record.getDriverName().cString(), l.name().cString());
 }
 
-} // namespace
-
-XCode Record::ask(String& error, Listener* l, Occasion& occasion)
+void Record::AttachmentSet::log(Record const& record, Listener const& l) const
 {
-    if (l->delegate() == nullptr)
-        return XCode();
-    try {
-        // The wording is the same for listeners without the right.
-        if (isMonitored())
-            logDebug(0, "DrvRepo:   %s: Notify listener '%s' with right of veto: onDriverAdded()",
-                     getDriverName().cString(), l->name().cString());
-        l->addCount(Listener::DRIVER_ADDED);
-        const Loan<IDriverRepository::EvDriver> event(occasion.voice, repository_, getDriver());
-        return deliver(*this, error, l, &Observer::onDriverAdded, *event, occasion);
-    } catch (...) {
-        occasion.refuse();
-        logRefusal(*this, l, error);
-        throw;
-    }
+    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentSet(%s=%s)",
+             record.getDriverName().cString(), l.name().cString(), key.cString(), value.cString());
 }
 
-XCode Record::ask(String& error, Listener* l, String const& key, String const& value,
-                  Occasion& occasion)
+void Record::AttachmentCleared::log(Record const& record, Listener const& l) const
 {
-    if (l->delegate() == nullptr)
-        return XCode();
-    try {
-        if (isMonitored())
-            logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentSet(%s=%s)",
-                     getDriverName().cString(), l->name().cString(), key.cString(),
-                     value.cString());
-        l->addCount(Listener::ATTACHMENT_SET);
-        const Loan<IDriverRepository::EvAttachment> event(occasion.voice, repository_, getDriver(),
-                                                          key, value);
-        return deliver(*this, error, l, &Observer::onDriverAttachmentSet, *event, occasion);
-    } catch (...) {
-        occasion.refuse();
-        logRefusal(*this, l, error);
-        throw;
-    }
+    logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentCleared(%s=%s)",
+             record.getDriverName().cString(), l.name().cString(), key.cString(), value.cString());
 }
 
-void Record::tell(Listener* l, Occasion& occasion)
+void Record::logRefusal(Listener const& l, String const& error) const
 {
-    if (l->delegate() == nullptr)
-        return;
-    if (isMonitored())
-        logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverRemoved()",
-                 getDriverName().cString(), l->name().cString());
-    l->addCount(Listener::DRIVER_REMOVED);
-    const Loan<IDriverRepository::EvDriver> event(occasion.voice, repository_, getDriver());
-    if (occasion.begin())
-        l->delegate()->notifyEvent(&Observer::onDriverRemoved, *event);
-}
-
-void Record::tell(Listener* l, String const& key, String const& value, Occasion& occasion)
-{
-    if (l->delegate() == nullptr)
-        return;
-    if (isMonitored())
-        logDebug(0, "DrvRepo:   %s: Notify listener '%s': onDriverAttachmentCleared(%s=%s)",
-                 getDriverName().cString(), l->name().cString(), key.cString(), value.cString());
-    l->addCount(Listener::ATTACHMENT_CLEARED);
-    const Loan<IDriverRepository::EvAttachment> event(occasion.voice, repository_, getDriver(), key,
-                                                      value);
-    if (occasion.begin())
-        l->delegate()->notifyEvent(&Observer::onDriverAttachmentCleared, *event);
+    logError("DrvRepo:   %s: NOTIFY LISTENER '%s' FAILED: %s", getDriverName().cString(),
+             l.name().cString(), error.cString());
 }
 
 namespace
 {
 
 /// For notifications that are asked for directly: nothing can overtake them.
-template <class Base> struct Directly final : Base
+template <class Voice> struct Directly
 {
-    using Base::Base;
-    bool begin() override { return true; }
+    bool begin() const { return true; }
+    bool stands() const { return true; }
+    void refuse() const {}
+    Voice voice = {};
 };
 
 } // namespace
 
 XCode Record::notifyOnDriverAdded(String& error, Listener* l)
 {
-    Voice voice;
-    Directly<Occasion> occasion(voice);
-    return ask(error, l, occasion);
+    Directly<Voice> occasion;
+    return ask(error, l, DriverAdded(), occasion);
 }
 
 void Record::notifyOnDriverRemoved(Listener* l)
 {
-    Voice voice;
-    Directly<Occasion> occasion(voice);
-    tell(l, occasion);
+    Directly<Voice> occasion;
+    tell(l, DriverRemoved(), occasion);
 }
 
 XCode Record::notifyOnDriverAttachmentSet(String& error, Listener* l, String const& key,
                                           String const& value)
 {
-    Voice voice;
-    Directly<Occasion> occasion(voice);
-    return ask(error, l, String(key), String(value), occasion);
+    const String ownKey(key);
+    const String ownValue(value);
+    Directly<Voice> occasion;
+    return ask(error, l, AttachmentSet{ownKey, ownValue}, occasion);
 }
 
 void Record::notifyOnDriverAttachmentCleared(Listener* l, String const& key, String const& value)
 {
-    Voice voice;
-    Directly<Occasion> occasion(voice);
-    tell(l, String(key), String(value), occasion);
+    const String ownKey(key);
+    const String ownValue(value);
+    Directly<Voice> occasion;
+    tell(l, AttachmentCleared{ownKey, ownValue}, occasion);
 }

@@ -46,7 +46,7 @@ protected:
     int listening_ = 0;
 };
 
-TEST_F(OfferCost, ComingDriverAsksForOneEntryAListener)
+TEST_F(OfferCost, ComingDriverAsksAlikeForAnyNumberOfListeners)
 {
     const TYPtr<CDriver> plain(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
     std::uint64_t costs[3];
@@ -58,8 +58,8 @@ TEST_F(OfferCost, ComingDriverAsksForOneEntryAListener)
                    }).allocations;
         repository().removeDriver(plain.get());
     }
-    EXPECT_EQ(100u, costs[1] - costs[0]);
-    EXPECT_EQ(900u, costs[2] - costs[0]);
+    EXPECT_EQ(costs[0], costs[1]);
+    EXPECT_EQ(costs[0], costs[2]);
 }
 
 TEST_F(OfferCost, ComingDriverIsAskedAlikeForEachListener)
@@ -125,6 +125,19 @@ TEST_F(OfferCost, ComingListenerAsksForOneEntryADriver)
     }
     EXPECT_EQ(100u, costs[1] - costs[0]);
     EXPECT_EQ(900u, costs[2] - costs[0]);
+}
+
+TEST_F(OfferCost, ListenerTakesTheRoomOfOneThatLeft)
+{
+    listenUpTo(3);
+    add("fxs 1");
+    const std::uint64_t apart = // the room that the driver came with is full
+        costOf(driver("fxs 1"), [&] { listenUpTo(4); }).allocations;
+    repository().removeDriverRepositoryObserver("1");
+    repository().removeDriverRepositoryObserver("0");
+    for (int count : {5, 6})
+        EXPECT_EQ(apart - 1, costOf(driver("fxs 1"), [&] { listenUpTo(count); }).allocations);
+    EXPECT_EQ(apart, costOf(driver("fxs 1"), [&] { listenUpTo(7); }).allocations);
 }
 
 } // namespace

@@ -153,6 +153,9 @@ void SoakWorld::settle()
     calm_ = true;
     for (String const& name : names_)
         repository_->removeDriverRepositoryObserver(name);
+    // A record has the room for entries that it was made with.
+    for (TYPtr<CDriver> const& driver : drivers_)
+        repository_->removeDriver(driver.get());
     for (unsigned i = 0; i < LISTENERS; ++i)
         listen(i, 8 + 16 + 37 * i);
     for (unsigned i = 0; i < DRIVERS; ++i) {

@@ -1,8 +1,10 @@
 #ifndef UTILITY_TOVA_LIST_H
 #define UTILITY_TOVA_LIST_H
 
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <new>
 #include <utility>
 
 /// A circular doubly linked list whose own object is the sentinel.
@@ -159,13 +161,38 @@ public:
     /// Adds an element before `place` and returns the place of the new one.
     Iterator insert(ConstIterator place, T element)
     {
-        Node* const node = new Node(std::move(element));
-        node->next = place.node_;
-        node->prev = node->next->prev;
-        node->prev->next = node;
-        node->next->prev = node;
-        ++count_;
-        return Iterator(node);
+        return link(new Node(std::move(element)), place);
+    }
+    /// The same in memory of the caller's, `NODE_SIZE` bytes aligned for a pointer. Take the
+    /// element out with `extract` again, or all with `abandon`.
+    Iterator insert(ConstIterator place, T element, void* room)
+    {
+        return link(new (room) Node(std::move(element)), place);
+    }
+    /// What a node takes, in bytes.
+    static constexpr std::size_t NODE_SIZE = sizeof(Node);
+    /// Destroys the element at `place`, which isn't the end, and returns the memory of its node,
+    /// now the caller's.
+    void* extract(ConstIterator place)
+    {
+        Node* const node = place.node_;
+        unlink(node);
+        node->~Node();
+        return node;
+    }
+    /// Moves the first node of `other`, which has one, to the end, and returns its place.
+    Iterator takeFirst(TOVA_List& other)
+    {
+        Node* const node = other.sentinel_.next;
+        other.unlink(node);
+        return link(node, end());
+    }
+    /// Forgets all elements without destroying them: for such as own nothing, in memory of the
+    /// caller's.
+    void abandon()
+    {
+        count_ = 0;
+        closeRing();
     }
     /// Removes the element at `place` and returns the place behind it; the end stays.
     Iterator remove(ConstIterator place)
@@ -186,6 +213,15 @@ public:
     }
 
 private:
+    Iterator link(Node* node, ConstIterator place)
+    {
+        node->next = place.node_;
+        node->prev = node->next->prev;
+        node->prev->next = node;
+        node->next->prev = node;
+        ++count_;
+        return Iterator(node);
+    }
     void unlink(Node* node)
     {
         node->prev->next = node->next;

@@ -50,8 +50,9 @@ public:
     /// 0 for success.
     std::int32_t code() const
     {
-        return isRecord() ? recordCode()
-                          : static_cast<std::int32_t>(static_cast<std::intptr_t>(word_) >> 1);
+        if ((word_ & 1u) != 0)
+            return static_cast<std::int32_t>(static_cast<std::intptr_t>(word_) >> 1);
+        return word_ != 0 ? recordCode() : 0;
     }
     /// The message given at construction; empty when there was none.
     String const& message() const;
@@ -72,7 +73,7 @@ private:
         return (static_cast<std::uintptr_t>(static_cast<std::intptr_t>(code)) << 1) | 1u;
     }
     static std::uintptr_t record(std::int32_t code, String const& message);
-    bool isRecord() const { return word_ != 0 && (word_ & 1u) == 0; }
+    bool isRecord() const { return (word_ & 1u) == 0 && word_ != 0; }
     std::int32_t recordCode() const;
     void drop();
 

@@ -48,7 +48,12 @@ public:
     std::uint32_t count() const;
     Iterator append(T);
     Iterator insert(ConstIterator, T);
+    Iterator insert(ConstIterator, T, void*);
+    static constexpr std::size_t NODE_SIZE = 4 * sizeof(void*);
     Iterator remove(ConstIterator);
+    void* extract(ConstIterator);
+    void abandon();
+    Iterator takeFirst(TOVA_List&);
     void clear();
     void swap(TOVA_List&) noexcept;
 };
