@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <new>
+#include <typeinfo>
 
 #include <utility/String.h>
 #include <utility/TOVA_List.h>
@@ -17,7 +18,7 @@
 /// Reentrancy  observers may add and remove from inside a notification: while `busy_` is above 0
 ///             nothing is unlinked, entries only die (count below 1), and are skipped from then on.
 /// Locking     none; the caller holds the subject's lock.
-/// Each observer is handed a clone of its own, and may keep or alter what it finds in it.
+/// Each observer is handed a clone that is as the event was, and may take or alter what is in it.
 template <class T> class ObserverContainer
 {
 public:
@@ -121,8 +122,10 @@ public:
         TYPtr<Delegate> released;
         for (Wrapper& entry : list_)
             if (entry.isOf(observer)) {
-                if (--entry.count_ == 0)
+                if (--entry.count_ == 0) {
                     released = std::move(entry.delegate_);
+                    DoScope::keep(scopes_, entry, released);
+                }
                 break;
             }
         purge();
@@ -144,6 +147,7 @@ public:
         for (Wrapper& entry : list_)
             if (entry.isLive() && entry.delegate() == delegate)
                 entry.informed_ = doing_;
+        anyInformed_ = doing_ != 0;
     }
 
     /// The stop of a broadcast that reached everybody.
@@ -180,28 +184,30 @@ public:
     XCode broadcastDoEvent(String& message, Event const& event, DoMethod doMethod,
                            NotifyMethod notifyMethod, Stop& stop)
     {
-        const DoScope doing(*this);
+        DoScope doing(*this, stop);
+        Clones clones(event);
         XCode answer;
         for (stop.place = list_.begin(); stop.place != list_.end(); ++stop.place) {
-            if (!stop.place->isLive() || stop.place->informed_ >= doing.level)
+            Wrapper const& entry = *stop.place;
+            if (!entry.isLive() || entry.informed_ >= doing.level)
                 continue;
-            std::unique_ptr<Event> clone;
+            Event* clone = nullptr;
             try {
-                clone.reset(event.clone());
+                clone = clones.next();
             } catch (std::bad_alloc const&) {
-                stop.delegate.reset();
                 return XCode::OUT_OF_MEMORY(message);
             }
-            if (clone == nullptr || !stop.place->isLive()) // cloning calls out
+            if (clone == nullptr || !entry.isLive()) // cloning calls out
                 continue;
-            stop.delegate = TYPtr<Delegate>::share(stop.place->delegate());
-            if (!stop.place->veto_) {
-                stop.delegate.get()->notifyEvent(notifyMethod, *clone);
-                continue;
-            }
-            answer = stop.delegate.get()->notifyEvent(message, doMethod, *clone);
-            if (answer.code() != 0)
+            doing.isAsking = true;
+            if (entry.veto_)
+                answer = entry.delegate()->notifyEvent(message, doMethod, *clone);
+            else
+                entry.delegate()->notifyEvent(notifyMethod, *clone);
+            if (entry.veto_ && answer.code() != 0)
                 break;
+            doing.isAsking = false;
+            stop.delegate.reset();
         }
         return answer;
     }
@@ -221,25 +227,77 @@ private:
     class DoScope
     {
     public:
-        explicit DoScope(ObserverContainer& container)
-            : level(++container.doing_), busy_(container), container_(container)
-        {}
+        DoScope(ObserverContainer& container, Stop& stop)
+            : level(++container.doing_), busy_(container), container_(container), stop_(stop),
+              outer_(container.scopes_)
+        {
+            container.scopes_ = this;
+        }
         DoScope(DoScope const&) = delete;
         DoScope& operator=(DoScope const&) = delete;
         ~DoScope()
         {
+            if (isAsking && stop_.place->isLive())
+                stop_.delegate = stop_.place->delegate_;
+            container_.scopes_ = outer_;
             --container_.doing_;
-            for (Wrapper& entry : container_.list_)
-                if (entry.informed_ > container_.doing_)
-                    entry.informed_ = container_.doing_;
+            if (container_.anyInformed_)
+                container_.settleInformed();
+        }
+
+        /// An entry has died and gives up its delegate: the broadcasts that are just asking it
+        /// may still have to say who it was.
+        static void keep(DoScope* scope, Wrapper const& dead, TYPtr<Delegate> const& delegate)
+        {
+            for (; scope != nullptr; scope = scope->outer_)
+                if (scope->isAsking && &*scope->stop_.place == &dead)
+                    scope->stop_.delegate = delegate;
         }
 
         const std::uint32_t level;
+        bool isAsking = false; // the entry at the stop has been asked and hasn't agreed
 
     private:
         const BusyScope busy_;
         ObserverContainer& container_;
+        Stop& stop_;
+        DoScope* const outer_;
     };
+
+    /// Clones of an event, one at a time. The one before serves again where nobody could tell the
+    /// difference: its class copies nothing but what is seen here, and the observer left it as it
+    /// was. So a broadcast counts the subject once, not once an observer.
+    class Clones
+    {
+    public:
+        explicit Clones(Event const& event)
+            : event_(event), servesAgain_(typeid(event) == typeid(Event))
+        {}
+
+        /// A clone for the next observer; null when the event gives none. Failure: std::bad_alloc.
+        Event* next()
+        {
+            if (clone_ != nullptr && servesAgain_ && clone_->hasContentOf(event_))
+                return clone_.get();
+            clone_.reset();
+            clone_.reset(event_.clone());
+            return clone_.get();
+        }
+
+    private:
+        Event const& event_;
+        const bool servesAgain_;
+        std::unique_ptr<Event> clone_;
+    };
+
+    /// A broadcast forward has ended: entries informed of it are so no more.
+    void settleInformed()
+    {
+        for (Wrapper& entry : list_)
+            if (entry.informed_ > doing_)
+                entry.informed_ = doing_;
+        anyInformed_ = doing_ != 0;
+    }
 
     void purge()
     {
@@ -266,9 +324,10 @@ private:
     void tellBackward(Event const& event, NotifyMethod method, Place from)
     {
         const BusyScope busy(*this);
+        Clones clones(event);
         const auto tellRest = [&] {
             while (from != list_.begin())
-                tell(event, method, *--from);
+                tell(clones, method, *--from);
         };
         try {
             tellRest();
@@ -278,11 +337,11 @@ private:
         }
     }
 
-    void tell(Event const& event, NotifyMethod method, Wrapper const& entry)
+    void tell(Clones& clones, NotifyMethod method, Wrapper const& entry)
     {
         if (!entry.isLive())
             return;
-        const std::unique_ptr<Event> clone(event.clone());
+        Event* const clone = clones.next();
         if (clone == nullptr || !entry.isLive()) // cloning calls out
             return;
         entry.delegate()->notifyEvent(method, *clone);
@@ -290,7 +349,9 @@ private:
 
     TOVA_List<Wrapper> list_;
     std::int32_t busy_ = 0;
-    std::uint32_t doing_ = 0; // of these, the broadcasts forward
+    std::uint32_t doing_ = 0;   // of these, the broadcasts forward
+    bool anyInformed_ = false;  // in one of these
+    DoScope* scopes_ = nullptr; // the latest of these
 };
 
 #endif

@@ -62,6 +62,12 @@ public:
     /// whoever wanted it for an observer passes that observer over.
     virtual ObserverEvent* clone() const { return new ObserverEvent(*this); }
 
+    /// Whether both come from the same subject with the same values.
+    bool hasContentOf(ObserverEvent const& other) const
+    {
+        return source.get() == other.source.get() && data.buffer() == other.data.buffer();
+    }
+
     /// Sees to it that one event can be cloned without asking for memory. Failure: std::bad_alloc.
     static void reserve() { spare().giveBack(spare().take()); }
 

@@ -2,6 +2,7 @@
 #define UTILITY_TYMARSHALLER_H
 
 #include <cstdint>
+#include <cstring>
 
 #include <utility/Export.h>
 
@@ -25,6 +26,14 @@ public:
         unsigned size() const { return size_; }
         /// The bytes, valid until the next change.
         void const* data() const;
+        /// Whether both hold the same bytes.
+        bool operator==(Buffer const& other) const
+        {
+            return size_ == other.size_ &&
+                   (block_ == nullptr && other.block_ == nullptr
+                        ? std::memcmp(inline_, other.inline_, INLINE_SIZE) == 0
+                        : std::memcmp(data(), other.data(), size_) == 0);
+        }
         /// Copies `size` bytes from position `offset` to `into`; false, nothing copied, when the
         /// buffer holds fewer.
         bool read(unsigned offset, void* into, unsigned size) const;

@@ -9,6 +9,7 @@ public:
     public:
         void addTail(void const*, unsigned);
         unsigned size() const;
+        bool operator==(Buffer const&) const;
     };
 
     TYMarshaller();
