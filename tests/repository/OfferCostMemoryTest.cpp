@@ -127,6 +127,25 @@ TEST_F(OfferCost, ComingListenerAsksForOneEntryADriver)
     EXPECT_EQ(900u, costs[2] - costs[0]);
 }
 
+TEST_F(OfferCost, QueryAsksForWhatTheLastResultCannotHold)
+{
+    for (int i = 0; i < 5; ++i)
+        add("fxs " + std::to_string(i));
+    TestDriver& fxs = driver("fxs 0");
+    TOVA_List<TYPPtr<IDriver>> found;
+    const auto query = [&](char const* prefix) {
+        const String pattern(prefix);
+        return costOf(fxs, [&] { repository().getDrivers(TOVA_UUID::INVALID(), pattern, found); })
+            .allocations;
+    };
+    EXPECT_EQ(5u, query("fxs"));
+    EXPECT_EQ(0u, query("fxs"));
+    EXPECT_EQ(5u, found.count());
+    EXPECT_EQ(0u, query("fxs 3"));
+    EXPECT_EQ(1u, found.count());
+    EXPECT_EQ(4u, query("fxs")); // the last result held one
+}
+
 TEST_F(OfferCost, ListenerTakesTheRoomOfOneThatLeft)
 {
     listenUpTo(3);
