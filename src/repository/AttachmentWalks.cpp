@@ -1,4 +1,4 @@
-#include "repository/WrapperMatching.h"
+#include "repository/WrapperListeners.h"
 #include "repository/WrapperNotify.h"
 
 using Record = CDriverRepository::DriverWrapper;
@@ -11,7 +11,7 @@ Record::Clearing::Clearing(DriverWrapper& ofRecord, String const& ofKey, String 
       isRollback_(isRollback), passed_(heardIn == nullptr || heardIn->cursor == cursor)
 {}
 
-void Record::Clearing::run()
+[[gnu::flatten]] void Record::Clearing::run()
 {
     while (visiting_ || cursor != record.listeners_.begin()) {
         if (!visiting_) {
@@ -27,11 +27,9 @@ void Record::Clearing::run()
     done_ = true;
 }
 
-/// Whether the entry heard the value, if only some did.
-bool Record::Clearing::heard(Entry entry) const
+/// Whether the entry heard the value in the walk in which only some did.
+bool Record::Clearing::heardThere(Entry entry) const
 {
-    if (heardIn_ == nullptr)
-        return true;
     if (entry == cursor && passed_ && entry != heardIn_->cursor)
         return true; // before that place, and no search is needed to know it
     return heardIn_->holds(entry);
@@ -71,18 +69,20 @@ void Record::Clearing::tellOne()
         return;
     }
     Listener* const l = entry->listener();
-    // Criteria that name neither the key nor an interface hold as they did.
-    const bool leaves = (l->wantsInterface() || concernsKey(*l)) && record.talksTo(l, key, value) &&
-                        !record.talksTo(l);
-    if (!isDue(entry) || !entry->isActive())
-        return;
-    if (leaves) {
-        told = true;
-        const Override before = {key, value};
-        record.dismiss(entry, isRollback_ ? nullptr : &before, voice);
-    } else if (record.hasReached(record.joiningOf(entry), record.attachments_.find(key))) {
-        record.tell(l, AttachmentCleared{key, value}, occasion);
+    if (l->wantsInterface() || concernsKey(*l)) { // any other criteria hold as they did
+        const bool leaves = record.talksTo(l, key, value) && !record.talksTo(l);
+        if (!isDue(entry) || !entry->isActive())
+            return;
+        if (leaves) {
+            told = true;
+            const Override before = {key, value};
+            record.dismiss(entry, isRollback_ ? nullptr : &before, voice);
+            return;
+        }
     }
+    Joining const* const joining = record.joiningOf(entry);
+    if (joining == nullptr || record.hasReached(joining, record.attachments_.find(key)))
+        record.tell(l, AttachmentCleared{key, value}, occasion);
 }
 
 /// The going has not come to this attachment, and will find it changed.
@@ -104,7 +104,7 @@ Record::Setting::Setting(Change const& change)
       change_(change)
 {}
 
-XCode Record::Setting::run(String& error)
+[[gnu::flatten]] XCode Record::Setting::run(String& error)
 {
     for (; cursor != record.listeners_.end(); ++cursor) {
         told = false;

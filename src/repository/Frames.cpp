@@ -74,8 +74,3 @@ Record::Walk::~Walk()
     record.lateEntries_ = record.lateEntries_ && record.walkLevel_ != 0;
     record.walks_ = outer;
 }
-
-bool Record::Walk::concerns(Entry entry) const
-{
-    return wasHere(entry) && entry->isValid() && !record.gone_;
-}

@@ -121,7 +121,7 @@ protected:
     /// Whether the entry was here, as it is, when the walk began.
     bool wasHere(Entry entry) const { return entry->joinedIn_ < level; }
     /// Whether it was, and is to hear of the driver's attachments.
-    bool concerns(Entry entry) const;
+    bool concerns(Entry entry) const { return wasHere(entry) && entry->isValid() && !record.gone_; }
     /// Whether the listener's criteria name the attachment.
     bool concernsKey(Listener const& l) const
     {
@@ -144,7 +144,8 @@ public:
     bool isLive() const override { return !done_; }
 
 private:
-    bool heard(Entry entry) const;
+    bool heard(Entry entry) const { return heardIn_ == nullptr || heardThere(entry); }
+    bool heardThere(Entry entry) const;
     bool isDue(Entry entry) const;
     struct Cleared;
     void tellOne();

@@ -5,7 +5,8 @@
 #include "foundation/Texts.h"
 #include "foundation/Undo.h"
 #include "repository/Operation.h"
-#include "repository/WrapperListeners.h"
+#include "repository/WrapperJoining.h"
+#include "repository/WrapperLeaving.h"
 
 // Drivers come and go. A coming is offered to the listeners front to back, a going told back to
 // front; a refused coming leaves the way an ordinary going does.
@@ -115,7 +116,8 @@ bool CDriverRepository::holds(String const& name, IDriver const* driver) const
 
 /// Offers the driver to the listeners that were there before it. `stop` is left at the one who
 /// refused, at the end without one.
-XCode CDriverRepository::offer(String& error, DriverWrapper& record, Listeners::Iterator& stop)
+[[gnu::flatten]] XCode CDriverRepository::offer(String& error, DriverWrapper& record,
+                                                Listeners::Iterator& stop)
 {
     const bool mayKnow = false;
     DriverWrapper::Entry hint = record.listeners_.begin();
@@ -182,7 +184,7 @@ void CDriverRepository::finish(Departure& departure)
 
 /// Tells the listeners that had their offer, last first. An entry's active flag says who is still
 /// owed a farewell, so that the walk can be made again.
-void CDriverRepository::sayFarewells(Departure& departure)
+[[gnu::flatten]] void CDriverRepository::sayFarewells(Departure& departure)
 {
     DriverWrapper& record = departure.record;
     bool offered = departure.stop == listeners_.end();

@@ -4,8 +4,9 @@
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "foundation/Undo.h"
-#include "repository/Frames.h"
 #include "repository/Operation.h"
+#include "repository/WrapperJoining.h"
+#include "repository/WrapperLeaving.h"
 
 // Listeners come and go. A new one is offered the drivers, oldest first; one that goes parts from
 // them, newest first.
@@ -140,7 +141,7 @@ XCode CDriverRepository::introduce(String& error, Listener& listener)
 }
 
 /// Offers the drivers that were there before the listener.
-XCode CDriverRepository::offer(String& error, Listener& listener)
+[[gnu::flatten]] XCode CDriverRepository::offer(String& error, Listener& listener)
 {
     const bool mayKnow = false;
     DriverWrapper::Voice voice;
@@ -187,7 +188,7 @@ void CDriverRepository::takeOut(Listener& listener)
 
 /// Parts from every driver that is linked, those just leaving included. The entries go with the
 /// listener: another one at its address must not find them.
-void CDriverRepository::sayFarewells(Listener& listener)
+[[gnu::flatten]] void CDriverRepository::sayFarewells(Listener& listener)
 {
     DriverWrapper::Voice voice;
     for (DriverWrapper* record = newest_; record != nullptr; record = record->older_) {

@@ -1,42 +1,8 @@
-#include "foundation/Texts.h"
-#include "foundation/Undo.h"
-#include "repository/WrapperListeners.h"
-#include "repository/WrapperMatching.h"
-#include "repository/WrapperNotify.h"
+#include "repository/WrapperJoining.h"
 
 using Record = CDriverRepository::DriverWrapper;
 
 // A listener comes to the driver: it is told of the driver, then of the attachments.
-
-/// Tells a listener whose entry has just become active. Undoes a refusal of the driver by taking
-/// the entry back, one of an attachment by also telling back what had been told; `refused` says
-/// which kind of going that is. Success empties `error`.
-inline XCode Record::welcome(String& error, Joining& joining, GoingKind refused)
-{
-    struct Added
-    {
-        bool begin() { return joining.told = !joining.withdrawn; }
-        bool stands() const { return !joining.withdrawn; }
-        void refuse() { joining.told = false; }
-        Joining& joining;
-        Voice& voice;
-    };
-    Added occasion = {joining, joining.voice};
-    return orUndo(
-        [&] {
-            XCode rc = ask(error, joining.entry->listener(), DriverAdded(), occasion);
-            if (rc.code() != 0)
-                return rc;
-            if (!joining.withdrawn) {
-                joining.told = true; // also without a delegate, which nobody asked
-                if (joining.entry->listener()->wantsSnapshot())
-                    return tellAttachments(error, joining);
-            }
-            succeed(error);
-            return rc;
-        },
-        [&] { takeBack(joining, refused); });
-}
 
 /// Undoes a refused coming, unless it was ended meanwhile.
 void Record::takeBack(Joining const& joining, GoingKind refused)
@@ -74,35 +40,6 @@ XCode Record::snapshotInitial(String& error, Listener* l)
     joining.told = true;
     return orUndo([&] { return tellAttachments(error, joining); },
                   [&] { tellBack(joining, REFUSED_SNAPSHOT); });
-}
-
-/// Offers the driver to a listener whose entry, if it has one and `mayKnow` says so, is counted
-/// up. A new one is sought near `hint`, which moves to it: offers in priority order cost a step.
-[[gnu::flatten]] XCode Record::meet(String& error, Listener* l, bool mayKnow, Entry& hint,
-                                    Voice& voice)
-{
-    const bool matches = selects(*l);
-    if (gone_ || l->isGone()) {
-        succeed(error);
-        return XCode();
-    }
-    const Entry known = mayKnow ? find(l) : listeners_.end();
-    if (known == listeners_.end()) {
-        try {
-            hint = link(placeNear(hint, l), l, matches);
-        } catch (std::bad_alloc const&) {
-            return XCode::OUT_OF_MEMORY(error);
-        }
-    } else {
-        hint = known;
-        known->incRef();
-    }
-    if (!matches || hint->getRefCount() != 1) {
-        succeed(error);
-        return XCode();
-    }
-    Joining joining(*this, hint, voice);
-    return welcome(error, joining, REFUSED_OFFER);
 }
 
 /// Begins the match of an inactive entry.
@@ -168,14 +105,6 @@ XCode Record::tellAttachment(String& error, Joining& joining)
     if (rc.code() == 0 && joining.next == at)
         ++joining.next;
     return rc;
-}
-
-Record::Joining* Record::joiningOf(Entry entry) const
-{
-    Joining* joining = joinings_;
-    while (joining != nullptr && (joining->withdrawn || joining->entry != entry))
-        joining = joining->outer;
-    return joining;
 }
 
 /// Whether a listener that is coming has heard of an attachment; anybody else has.

@@ -1,35 +1,12 @@
 #include <iterator>
 
 #include "foundation/Undo.h"
-#include "repository/WrapperListeners.h"
+#include "repository/WrapperLeaving.h"
 #include "repository/WrapperMatching.h"
-#include "repository/WrapperNotify.h"
 
 using Record = CDriverRepository::DriverWrapper;
 
 // A listener goes from the driver: it is told that the attachments go, then the driver.
-
-inline void Record::tellGoing(Leaving& leaving)
-{
-    struct Removed
-    {
-        bool begin()
-        {
-            const bool owed = leaving.tellsRemoved;
-            leaving.tellsRemoved = false;
-            return owed;
-        }
-        Leaving& leaving;
-        Voice& voice;
-    };
-    while (leaving.next != attachments_.begin())
-        tellAttachmentGone(leaving);
-    if (!leaving.tellsRemoved)
-        return;
-    Removed occasion = {leaving, leaving.voice};
-    tell(leaving.entry->listener(), DriverRemoved(), occasion);
-    leaving.tellsRemoved = false;
-}
 
 void Record::snapshotFinal(Listener* l, String const& key, String const& value)
 {
@@ -55,21 +32,6 @@ void Record::removeListener(Listener* l)
     part(entry, voice);
 }
 
-/// Takes one recording of a listener back; the last one says farewell.
-[[gnu::flatten]] void Record::part(Entry entry, Voice& voice)
-{
-    if (leavings_ != nullptr)
-        finishLeaving(entry);
-    if (!entry->isValid())
-        return;
-    Joining const* const joining = joiningOf(entry);
-    const bool toldOf = entry->isActive() && entry->getRefCount() == 1;
-    entry->decRef();
-    withdraw(entry);
-    if (toldOf)
-        farewell(entry, joining, nullptr, voice);
-}
-
 /// Ends the match of an active entry. The farewell sees that attachment at the value `before`, if
 /// given.
 void Record::dismiss(Entry entry, Override const* before, Voice& voice)
@@ -77,21 +39,6 @@ void Record::dismiss(Entry entry, Override const* before, Voice& voice)
     Joining const* const joining = joiningOf(entry);
     deactivate(entry);
     farewell(entry, joining, before, voice);
-}
-
-/// Tells the listener of an entry that has just become inactive. One that is still on its way in
-/// and has not heard of the driver hears nothing.
-void Record::farewell(Entry entry, Joining const* joining, Override const* before, Voice& voice)
-{
-    if (joining != nullptr && !joining->told)
-        return;
-    Leaving leaving(*this, entry, joining, FAREWELL, before, voice);
-    try {
-        tellGoing(leaving);
-    } catch (...) {
-        tellRest(leaving);
-        throw;
-    }
 }
 
 /// Tells what goings of the entry's listener that are under way still owe it. Returns whether there

@@ -84,4 +84,13 @@ inline void CDriverRepository::DriverWrapper::withdraw(Entry entry)
             joining->withdrawn = true;
 }
 
+inline CDriverRepository::DriverWrapper::Joining*
+CDriverRepository::DriverWrapper::joiningOf(Entry entry) const
+{
+    Joining* joining = joinings_;
+    while (joining != nullptr && (joining->withdrawn || joining->entry != entry))
+        joining = joining->outer;
+    return joining;
+}
+
 #endif
