@@ -109,6 +109,38 @@ TEST(DriverNameSplit, GivesTheFirstFourFurtherComponents)
     }
 }
 
+// Results are written one after the other: an object that stands for two of them has the later.
+TEST(DriverNameSplit, OneObjectForTwoResultsHoldsTheLater)
+{
+    const String name("x 1 2 3/a/b/c/d");
+    String type;
+    unsigned one = 0;
+    unsigned other = 0;
+    TOVA_Vector<String> further(8);
+    IDriver::SPLIT_DRIVER_NAME(name, type, one, one, other, further);
+    EXPECT_EQ(2u, one);
+    IDriver::SPLIT_DRIVER_NAME(name, type, other, one, one, further);
+    EXPECT_EQ(3u, one);
+    char const* const FURTHER[] = {"a", "b", "c", "d"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        unsigned number = 0;
+        String parts[4];
+        String* at[4] = {&parts[0], &parts[1], &parts[2], &parts[3]};
+        at[i + 1] = at[i];
+        IDriver::SPLIT_DRIVER_NAME(name, type, number, number, number, at[0], at[1], at[2], at[3]);
+        EXPECT_STREQ(FURTHER[i + 1], at[i]->cString());
+        EXPECT_EQ(3u, number);
+    }
+    char const* const ALL[] = {"x 1 2 3", "a", "b", "c", "d"};
+    for (std::size_t i = 0; i < 4; ++i) {
+        String parts[5];
+        String* at[5] = {&parts[0], &parts[1], &parts[2], &parts[3], &parts[4]};
+        at[i + 1] = at[i];
+        IDriver::SPLIT_DRIVER_NAME(name, at[0], at[1], at[2], at[3], at[4]);
+        EXPECT_STREQ(ALL[i + 1], at[i]->cString());
+    }
+}
+
 struct ComponentsCase
 {
     char const* name;

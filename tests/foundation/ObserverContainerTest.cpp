@@ -17,6 +17,16 @@ TEST_F(ObserverContainerTest, AnEmptyOneTellsNobody)
     EXPECT_EQ(0, container_->busy());
 }
 
+TEST_F(ObserverContainerTest, AnEntryOfNobodyIsDead)
+{
+    const TestContainer::Wrapper entry;
+    EXPECT_FALSE(entry.isLive());
+    EXPECT_FALSE(entry.isOf(nullptr));
+    EXPECT_EQ(nullptr, entry.delegate());
+    EXPECT_EQ(0u, entry.priority());
+    EXPECT_FALSE(entry.hasVeto());
+}
+
 TEST_F(ObserverContainerTest, OrdersByPriorityTheNewestFirst)
 {
     add(a_, 5);

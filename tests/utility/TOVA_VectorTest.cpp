@@ -92,6 +92,10 @@ TEST(TOVA_Vector, EnlargingKeepsTheElementsInUse)
     EXPECT_TRUE(vector.enlarge(1)); // but never below what is in use
     EXPECT_EQ(16u, vector.capacity());
     EXPECT_EQ("0;1;2;3;4;5;6;7;8;", storyOf(vector));
+    vector.truncate(8);
+    EXPECT_TRUE(vector.enlarge(7)); // down to exactly that
+    EXPECT_EQ(8u, vector.capacity());
+    EXPECT_EQ("0;1;2;3;4;5;6;7;", storyOf(vector));
 }
 
 TEST(TOVA_Vector, EnlargingBeyondAllMemoryFails)

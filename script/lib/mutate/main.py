@@ -7,39 +7,46 @@ import sys
 import time
 
 from mutants import all_mutants
-from workshop import HEADERS, Libraries, Templates
+from workshop import HEADERS, NOT_COMPILED, Libraries, Templates
 
 KINDS = ("caught", "survives", "same code", "no mutant")
 
 
+def named(program):
+    """The verdict when this program notices."""
+    return ("no mutant" if program == NOT_COMPILED else "caught"), program
+
+
 def judge_template(templates, path, changes):
-    """(verdict, by what), or None when its own tests don't notice and code differs."""
+    """(verdict, by what), or None when its own tests don't notice though the code differs."""
     with templates.changed(path, changes):
-        if not templates.make(path):
-            return "no mutant", "doesn't compile"
         program = templates.caught(path)
         if program is not None:
-            return "caught", program
+            return named(program)
         # Its own tests make more of a template than the libraries do.
-        return ("same code", "") if templates.is_same(path) else None
+        if templates.is_same(path):
+            return "same code", ""
+        program = templates.caught(path, "optimised")
+        return None if program is None else named(program)
+
+
+def judge_library(libraries, path, changes):
+    with libraries.changed(path, changes):
+        if not libraries.make():
+            return named(NOT_COMPILED)
+        program = libraries.caught_fast(path)
+        if program is not None:
+            return named(program)
+        if libraries.is_same() and path not in HEADERS:
+            return "same code", ""
+        program = libraries.caught_fast(path, "optimised") or libraries.caught_slowly()
+        return ("survives", "") if program is None else named(program)
 
 
 def judge(libraries, templates, path, changes):
     """(verdict, by what)"""
-    if path in HEADERS:
-        verdict = judge_template(templates, path, changes)
-        if verdict is not None:
-            return verdict
-    with libraries.changed(path, changes):
-        if not libraries.make():
-            return "no mutant", "doesn't compile"
-        program = libraries.caught_fast(path)
-        if program is not None:
-            return "caught", program
-        if path not in HEADERS and libraries.is_same():
-            return "same code", ""
-        program = libraries.caught_slowly()
-        return ("survives", "") if program is None else ("caught", program)
+    verdict = judge_template(templates, path, changes) if path in HEADERS else None
+    return verdict or judge_library(libraries, path, changes)
 
 
 def read_verdicts(results):

@@ -27,6 +27,7 @@ SLOW = {"helpers": "", "failure": "*Depth*", "model": ""}
 CPU_SECONDS = 6 # the slowest of the first takes one
 SLOW_SECONDS = 120
 BYTES = 1 << 30
+NOT_COMPILED = "doesn't compile"
 
 
 def run(command, seconds, limits=None, **more):
@@ -78,9 +79,10 @@ def mirror(source, target):
 
 
 class Workshop:
-    """A copy of the tree with a build that is run and one that only serves to be compared."""
+    """A copy of the tree with two builds: one that is soon there, and one as it is delivered, for
+    what survives in the first."""
 
-    def __init__(self, project, jobs, **definitions):
+    def __init__(self, project, compiler, jobs, **definitions):
         """`project` names the folder of the build's CMakeLists.txt."""
         self.tree = WORK / project / "tree"
         self.jobs = jobs
@@ -88,10 +90,10 @@ class Workshop:
             mirror(pathlib.Path(part), self.tree / part)
         copy_if_new("CMakeLists.txt", self.tree / "CMakeLists.txt")
         defined = [f"-D{key}={value}" for key, value in definitions.items()]
-        for name, option in ("judged", "-O0"), ("compared", "-O2"):
+        for name, option in ("judged", "-O0"), ("optimised", "-O2"):
             command = ["cmake", "-G", "Ninja", "-S", f"script/lib/mutate/{project}",
                        "-B", str(self.folder(name)), f"-DTREE={self.tree.resolve()}",
-                       "-DCMAKE_CXX_COMPILER=g++", f"-DCMAKE_CXX_FLAGS={option} -w",
+                       f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={option} -w",
                        "-DDRVREPO_INSTALL=OFF", *defined]
             if run(command, 120) != 0 or not self.build(name, "all"):
                 sys.exit(f"script/mutate: the {project} don't build as they are")
@@ -106,10 +108,10 @@ class Workshop:
 
     def digests(self, target, pattern):
         """What the optimising compiler makes of the copy, None when it doesn't compile."""
-        if not self.build("compared", target):
+        if not self.build("optimised", target):
             return None
         return [hashlib.sha256(file.read_bytes()).hexdigest()
-                for file in sorted(self.folder("compared").glob(pattern))]
+                for file in sorted(self.folder("optimised").glob(pattern))]
 
     @contextlib.contextmanager
     def changed(self, path, changes):
@@ -130,7 +132,7 @@ class Libraries(Workshop):
     """Mutants of the libraries, judged by programs that link them."""
 
     def __init__(self, tests, jobs):
-        super().__init__("libraries", jobs)
+        super().__init__("libraries", "g++", jobs)
         self.programs = pathlib.Path(tests) / "bin"
         self.unchanged = self.code()
 
@@ -143,19 +145,19 @@ class Libraries(Workshop):
     def is_same(self):
         return self.code() == self.unchanged
 
-    def failing(self, programs, names, seconds):
+    def failing(self, programs, names, seconds, build="judged"):
         """The first of the programs that fails with the libraries as they are now, or None."""
-        library_path = (self.folder() / "lib").resolve()
+        library_path = (self.folder(build) / "lib").resolve()
         for name in names:
             program = self.programs / f"test_{name}"
             if not passes(program, seconds, library_path, f"--gtest_filter=-{programs[name]}"):
                 return program.name
         return None
 
-    def caught_fast(self, path):
+    def caught_fast(self, path, build="judged"):
         nearest = pathlib.Path(path).parent.name
-        return self.failing(FAST, sorted(FAST, key=lambda name: not name.startswith(nearest)),
-                            CPU_SECONDS)
+        names = sorted(FAST, key=lambda name: not name.startswith(nearest))
+        return self.failing(FAST, names, CPU_SECONDS, build)
 
     def caught_slowly(self):
         return self.failing(SLOW, SLOW, SLOW_SECONDS)
@@ -166,24 +168,26 @@ class Templates(Workshop):
 
     def __init__(self, tests, jobs):
         self.libraries = (pathlib.Path(tests) / "lib").resolve()
-        super().__init__("templates", jobs, HEADERS=";".join(HEADERS), LIBRARIES=self.libraries)
+        super().__init__("templates", "clang++", jobs, HEADERS=";".join(HEADERS), LIBRARIES=self.libraries)
         self.unchanged = {header: self.code(header) for header in HEADERS}
 
     @staticmethod
-    def program(path):
-        return f"own_{pathlib.Path(path).stem}"
-
-    def make(self, path):
-        return self.build("judged", self.program(path))
+    def programs(path):
+        name = f"own_{pathlib.Path(path).stem}"
+        return [name, f"{name}_memory"]
 
     def code(self, path):
-        program = self.program(path)
-        return self.digests(program, f"bin/{program}")
+        """As Libraries.code."""
+        return [self.digests(name, f"bin/{name}") for name in self.programs(path)]
 
     def is_same(self, path):
         return self.code(path) == self.unchanged[path]
 
-    def caught(self, path):
-        program = self.program(path)
-        passed = passes(self.folder() / "bin" / program, CPU_SECONDS, self.libraries)
-        return None if passed else program
+    def caught(self, path, build="judged"):
+        """The program that fails, or doesn't compile, with the template as it is now, or None."""
+        for name in self.programs(path):
+            if not self.build(build, name):
+                return NOT_COMPILED
+            if not passes(self.folder(build) / "bin" / name, CPU_SECONDS, self.libraries):
+                return name
+        return None
