@@ -33,6 +33,7 @@ public:
     class Listener;
     class DriverWrapper;
     class Explainer; // what drvrepo/Explain.h looks through
+    class EntryRoom; // where entries of drivers' lists have their memory
 
     /// A place in a list of listeners: the repository's own, or a driver's.
     class DRVREPO_EXPORT ListenerWrapper
@@ -169,6 +170,7 @@ private:
     static XCode failUnknown(String& error, String const& driverName);
     XCode enter(String& error, String const& name, IDriver* driver, DriverWrapper*& record);
     XCode introduce(String& error, String const& name, DriverWrapper& record);
+    std::uint32_t meetingsOfNext() const;
     XCode offer(String& error, DriverWrapper& record, Listeners::Iterator& stop);
     void retire(DriverWrapper& record, String const& name, IDriver* told, Listeners::Iterator stop);
     void finish(Departure& departure);

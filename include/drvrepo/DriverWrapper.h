@@ -2,6 +2,7 @@
 #define DRVREPO_DRIVERWRAPPER_H
 
 #include <drvrepo/CDriverRepository.h>
+#include <drvrepo/EntryRoom.h>
 #include <drvrepo/Listener.h>
 
 class InfoContainer;
@@ -94,10 +95,10 @@ public:
 private:
     friend class CDriverRepository;
 
-    /// A record with room for the entries of `listeners` behind it, in one block; null without
-    /// memory. `destroy` frees both.
+    /// A record with room for so many entries behind it, in one block; null without memory.
+    /// `destroy` frees both.
     static DriverWrapper* create(IDriverRepository* repository, IDriver* driver,
-                                 std::uint32_t listeners);
+                                 std::uint32_t entries);
     void destroy();
 
     using Entries = TOVA_List<ListenerWrapper>;
@@ -139,9 +140,6 @@ private:
     Entry placeNear(Entry hint, Listener const* l);
     Entry link(Entry place, Listener* l, bool active);
     void unlink(Entry entry);
-    bool isInRoom(void const* entry) const;
-    char* room() { return reinterpret_cast<char*>(this + 1); }
-    char const* room() const { return reinterpret_cast<char const*>(this + 1); }
     void activate(Entry entry);
     void deactivate(Entry entry);
     void withdraw(Entry entry);
@@ -206,11 +204,7 @@ private:
     bool lateEntries_ = false;        // an entry came while an attachment walk was under way
     bool lateValues_ = false;         // a value was set while a snapshot was under way
 
-    // The room for entries behind the record. Listeners that find none there have theirs apart.
-    std::uint16_t roomSize_ = 0;  // in entries
-    std::uint16_t roomUsed_ = 0;  // the first so many have been used
-    std::uint16_t roomFreed_ = 0; // so many of these are free again
-    void* freed_ = nullptr;       // the latest of them; each begins with a pointer to the next
+    EntryRoom room_; // behind the record
 
     // The repository's bookkeeping.
     bool gone_ = false;

@@ -1,7 +1,10 @@
 #ifndef DRVREPO_LISTENER_H
 #define DRVREPO_LISTENER_H
 
+#include <memory>
+
 #include <drvrepo/CDriverRepository.h>
+#include <drvrepo/EntryRoom.h>
 #include <drvrepo/ObserverDelegate.h>
 
 /// One registration of an observer: its criteria, rights, delegate and statistics.
@@ -70,6 +73,8 @@ public:
 private:
     friend class CDriverRepository;
 
+    bool makeRoom(std::uint32_t entries);
+
     String name_;
     TOVA_UUID classId_;
     TOVA_UUID interfaceId_;
@@ -89,6 +94,8 @@ private:
     Stamp stamp_ = 0;
     bool gone_ = false;
     Listener* nextGrave_ = nullptr;
+    EntryRoom room_;
+    std::unique_ptr<char[]> block_; // the room's
 };
 
 #endif

@@ -1,17 +1,9 @@
 #include <drvrepo/DriverWrapper.h>
 
 #include <algorithm>
-#include <limits>
 #include <new>
 
 using Record = CDriverRepository::DriverWrapper;
-
-namespace
-{
-
-constexpr std::uint32_t MOST_ROOM = std::numeric_limits<std::uint16_t>::max();
-
-} // namespace
 
 Record::DriverWrapper() : DriverWrapper(nullptr, nullptr) {}
 
@@ -21,20 +13,21 @@ Record::DriverWrapper(IDriverRepository* repository, IDriver* driver)
 
 Record::~DriverWrapper()
 {
-    if (listeners_.count() != static_cast<std::uint32_t>(roomUsed_ - roomFreed_))
+    // Entries own nothing: those in the record's own room may just be forgotten.
+    if (listeners_.count() != room_.inUse())
         while (listeners_.count() != 0)
             unlink(listeners_.begin());
     listeners_.abandon();
 }
 
-Record* Record::create(IDriverRepository* repository, IDriver* driver, std::uint32_t listeners)
+Record* Record::create(IDriverRepository* repository, IDriver* driver, std::uint32_t entries)
 {
-    const std::uint16_t room = static_cast<std::uint16_t>(std::min(listeners, MOST_ROOM));
-    void* const block = ::operator new(sizeof(Record) + room * Entries::NODE_SIZE, std::nothrow);
+    const std::uint32_t size = std::min(entries, EntryRoom::MOST);
+    void* const block = ::operator new(sizeof(Record) + size * EntryRoom::ENTRY_SIZE, std::nothrow);
     if (block == nullptr)
         return nullptr;
     Record* const record = new (block) Record(repository, driver);
-    record->roomSize_ = room;
+    record->room_ = EntryRoom(size);
     return record;
 }
 

@@ -1,5 +1,8 @@
 #include <drvrepo/Listener.h>
 
+#include <algorithm>
+#include <new>
+
 CDriverRepository::Listener::Listener() = default;
 
 CDriverRepository::Listener::Listener(String const& name, TOVA_UUID const& classId,
@@ -42,3 +45,16 @@ CDriverRepository::Listener& CDriverRepository::Listener::operator=(Listener con
 }
 
 CDriverRepository::Listener::~Listener() = default;
+
+/// Brings room for so many entries; false without memory.
+bool CDriverRepository::Listener::makeRoom(std::uint32_t entries)
+{
+    if (entries == 0)
+        return true;
+    const std::uint32_t size = std::min(entries, EntryRoom::MOST);
+    block_.reset(new (std::nothrow) char[size * EntryRoom::ENTRY_SIZE]);
+    if (block_ == nullptr)
+        return false;
+    room_ = EntryRoom(size);
+    return true;
+}

@@ -105,7 +105,7 @@ XCode CDriverRepository::addDriverRepositoryObserver(
 /// Takes the listener into the list: before the first of no lower priority value.
 XCode CDriverRepository::enter(String& error, Listener* listener)
 {
-    if (listener == nullptr)
+    if (listener == nullptr || !listener->makeRoom(drivers_.count()))
         return XCode::OUT_OF_MEMORY(error);
     Listeners::Iterator place = listeners_.begin();
     while (place != listeners_.end() &&

@@ -1,5 +1,3 @@
-#include <functional>
-
 #include "repository/WrapperListeners.h"
 
 using Record = CDriverRepository::DriverWrapper;
@@ -65,22 +63,10 @@ Record::Entries::ConstIterator Record::find(Listener const* l) const
 
 void Record::unlink(Entry entry)
 {
-    void* const room = listeners_.extract(entry);
-    if (!isInRoom(room)) {
-        ::operator delete(room);
-        return;
-    }
-    *static_cast<void**>(room) = freed_;
-    freed_ = room;
-    ++roomFreed_;
-}
-
-bool Record::isInRoom(void const* entry) const
-{
-    char const* const begin = room();
-    char const* const at = static_cast<char const*>(entry);
-    return !std::less<char const*>()(at, begin) &&
-           std::less<char const*>()(at, begin + roomSize_ * Entries::NODE_SIZE);
+    Listener& listener = *entry->listener();
+    void* const place = listeners_.extract(entry);
+    if (!room_.giveBack(this + 1, place) && !listener.room_.giveBack(listener.block_.get(), place))
+        ::operator delete(place);
 }
 
 bool Record::isBefore(Entry entry, Entry stop)

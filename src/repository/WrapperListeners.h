@@ -44,17 +44,11 @@ CDriverRepository::DriverWrapper::placeNear(Entry hint, Listener const* l)
 inline CDriverRepository::DriverWrapper::Entry
 CDriverRepository::DriverWrapper::link(Entry place, Listener* l, bool active)
 {
-    void* room = nullptr;
-    if (roomUsed_ != roomSize_) {
-        room = this->room() + roomUsed_ * Entries::NODE_SIZE;
-        ++roomUsed_;
-    } else if (freed_ != nullptr) {
-        room = freed_;
-        freed_ = *static_cast<void**>(room);
-        --roomFreed_;
-    } else {
-        room = ::operator new(Entries::NODE_SIZE);
-    }
+    void* room = l->room_.take(l->block_.get());
+    if (room == nullptr)
+        room = room_.take(this + 1);
+    if (room == nullptr)
+        room = ::operator new(EntryRoom::ENTRY_SIZE);
     const Entry entry = listeners_.insert(place, ListenerWrapper(l, active), room);
     entry->joinedIn_ = walkLevel_;
     lateEntries_ = lateEntries_ || walkLevel_ != 0;

@@ -112,7 +112,7 @@ TEST_F(OfferCost, GoingAsksForNoMemory)
     EXPECT_EQ(0u, costOf(fxs, [&] { repository().removeDriver(plain.get()); }).allocations);
 }
 
-TEST_F(OfferCost, ComingListenerAsksForOneEntryADriver)
+TEST_F(OfferCost, ComingListenerAsksAlikeForAnyNumberOfDrivers)
 {
     std::uint64_t costs[3];
     const int counts[3] = {100, 200, 1000};
@@ -123,8 +123,8 @@ TEST_F(OfferCost, ComingListenerAsksForOneEntryADriver)
         const int before = listening_;
         costs[i] = costOf(driver("fxs 0"), [&] { listenUpTo(before + 1); }).allocations;
     }
-    EXPECT_EQ(100u, costs[1] - costs[0]);
-    EXPECT_EQ(900u, costs[2] - costs[0]);
+    EXPECT_EQ(costs[0], costs[1]);
+    EXPECT_EQ(costs[0], costs[2]);
 }
 
 TEST_F(OfferCost, QueryAsksForWhatTheLastResultCannotHold)
@@ -146,17 +146,29 @@ TEST_F(OfferCost, QueryAsksForWhatTheLastResultCannotHold)
     EXPECT_EQ(4u, query("fxs")); // the last result held one
 }
 
-TEST_F(OfferCost, ListenerTakesTheRoomOfOneThatLeft)
+/// Bytes that a driver takes, once it is known to those who listen.
+std::int64_t bytesOf(IDriverRepository& repository, IDriver* driver)
 {
-    listenUpTo(3);
-    add("fxs 1");
-    const std::uint64_t apart = // the room that the driver came with is full
-        costOf(driver("fxs 1"), [&] { listenUpTo(4); }).allocations;
-    repository().removeDriverRepositoryObserver("1");
-    repository().removeDriverRepositoryObserver("0");
-    for (int count : {5, 6})
-        EXPECT_EQ(apart - 1, costOf(driver("fxs 1"), [&] { listenUpTo(count); }).allocations);
-    EXPECT_EQ(apart, costOf(driver("fxs 1"), [&] { listenUpTo(7); }).allocations);
+    String error;
+    const std::int64_t before = allocations::bytes();
+    repository.addDriver(error, driver);
+    return allocations::bytes() - before;
+}
+
+TEST_F(OfferCost, WhoComesLaterBringsTheRoomForTheMeetings)
+{
+    const std::int64_t entry = 4 * sizeof(void*);
+    const TYPtr<CDriver> first(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
+    const TYPtr<CDriver> second(new CDriver(IDriver::DID_UNKNOWN(), "fxs 2"));
+    const std::int64_t alone = bytesOf(repository(), first.get());
+    repository().removeDriver(first.get());
+
+    listenUpTo(3); // to nobody yet
+    EXPECT_EQ(alone + 3 * entry, bytesOf(repository(), first.get()));
+    listenUpTo(5); // the fourth and the fifth each bring room for the one driver
+    repository().removeDriver(first.get());
+    EXPECT_EQ(alone + 3 * entry, bytesOf(repository(), first.get()));
+    EXPECT_EQ(alone + 5 * entry, bytesOf(repository(), second.get()));
 }
 
 } // namespace

@@ -1,10 +1,9 @@
 #include <support/Allocations.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 #include <new>
-
-#include <malloc.h>
 
 namespace
 {
@@ -17,6 +16,12 @@ std::atomic<std::int64_t> s_bytes{0};
 thread_local std::uint64_t t_allowed = NEVER;
 thread_local bool t_failed = false;
 
+/// Stands before each block.
+struct alignas(std::max_align_t) Head
+{
+    std::size_t size;
+};
+
 void* allocate(std::size_t size) noexcept
 {
     if (t_allowed == 0) {
@@ -25,13 +30,13 @@ void* allocate(std::size_t size) noexcept
     }
     if (t_allowed != NEVER)
         --t_allowed;
-    void* const block = std::malloc(size != 0 ? size : 1);
+    void* const block = std::malloc(sizeof(Head) + size);
     if (block == nullptr)
         return nullptr;
     ++s_count;
     ++s_living;
-    s_bytes += static_cast<std::int64_t>(malloc_usable_size(block));
-    return block;
+    s_bytes += static_cast<std::int64_t>(size);
+    return new (block) Head{size} + 1;
 }
 
 void* allocateOrThrow(std::size_t size)
@@ -46,9 +51,10 @@ void giveBack(void* block) noexcept
 {
     if (block == nullptr)
         return;
+    Head* const head = static_cast<Head*>(block) - 1;
     --s_living;
-    s_bytes -= static_cast<std::int64_t>(malloc_usable_size(block));
-    std::free(block);
+    s_bytes -= static_cast<std::int64_t>(head->size);
+    std::free(head);
 }
 
 } // namespace

@@ -15,7 +15,7 @@ std::uint64_t count();
 /// Blocks not given back yet.
 std::int64_t living();
 
-/// Bytes in them, as much as the allocator sets aside for each.
+/// Bytes in them, as many as were asked for.
 std::int64_t bytes();
 
 /// Lets the request number `n` (from 0) of this thread and all behind it fail, while it lives.

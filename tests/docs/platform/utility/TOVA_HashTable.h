@@ -53,6 +53,7 @@ public:
     ConstIterator begin() const;
     ConstIterator end() const;
     bool isEmpty() const;
+    std::uint32_t count() const;
     Iterator find(String const&);
     ConstIterator find(String const&) const;
     Iterator put(String const&, V);
