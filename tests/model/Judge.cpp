@@ -158,10 +158,11 @@ void Judge::endAddDriver(Frame const& frame, Outcome const& outcome, Look const&
         violation("addDriver succeeds with the text " + quoted(outcome.text));
 }
 
-/// Who joined through a change of an attachment and refused its snapshot never hears of the going.
+/// Who joined through a change of an attachment and refused its snapshot, or was thrown out of it,
+/// never hears of the going.
 bool Judge::isOwedGoing(Pair const& known)
 {
-    return known.in && !(known.refused && known.byChange);
+    return known.in && !((known.refused || known.aborted) && known.byChange);
 }
 
 void Judge::endRemoveDriver(Frame const& frame)

@@ -412,6 +412,18 @@ TEST_F(JudgeTest, RemovalFromInsideTheRollBackOfAJoinersRefusal)
     EXPECT_EQ("legal", verdict());
 }
 
+TEST_F(JudgeTest, DriverThatThrowsIntoTheSnapshotOfAJoiner)
+{
+    begin(Operation::SET_ATTACHMENT, "k", "a");
+    tell(Method::ADDED);
+    judge_.beginCallOut();
+    judge_.endCallOut(7);
+    end(true, 0, 7);
+    begin(Operation::UNREGISTER);
+    end(false);
+    EXPECT_EQ("legal", verdict());
+}
+
 TEST_F(JudgeTest, StoppedDelegate)
 {
     met();
