@@ -40,9 +40,11 @@ function(drvrepo_add_library name)
     # A unique symbol would pin the library: dlclose could not unload it. Nobody replaces a single
     # function of the library: its own calls of them go straight there.
     target_compile_options(${name} PRIVATE
-        $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique> -fno-semantic-interposition)
+        $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique> -fno-semantic-interposition -ffunction-sections)
     if(BUILD_SHARED_LIBS)
         target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,--as-needed -Wl,-Bsymbolic-functions)
+        # Small: without what was inlined everywhere, and without pages that are padding.
+        target_link_options(${name} PRIVATE -Wl,-O1 -Wl,--gc-sections -Wl,-z,noseparate-code)
         # The sanitizer's run-time functions are in the executable, not in the library; and it adds
         # symbols of its own.
         if(NOT DRVREPO_SANITIZE)
