@@ -172,7 +172,7 @@ private:
     XCode introduce(String& error, String const& name, DriverWrapper& record);
     std::uint32_t meetingsOfNext() const;
     XCode offer(String& error, DriverWrapper& record, Listeners::Iterator& stop);
-    void retire(DriverWrapper& record, String const& name, IDriver* told, Listeners::Iterator stop);
+    void retire(Drivers::Iterator place, IDriver* told, Listeners::Iterator stop);
     void finish(Departure& departure);
     void sayFarewells(Departure& departure);
     void finishDepartures(String const& name, IDriver const* driver);

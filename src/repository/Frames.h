@@ -183,6 +183,7 @@ private:
 class CDriverRepository::DriverWrapper::Change
 {
 public:
+    /// The texts must outlive the change.
     Change(DriverWrapper& record, String const& key, String const& value);
     Change(Change const&) = delete;
     Change& operator=(Change const&) = delete;
@@ -208,8 +209,8 @@ private:
     void end();
 
     DriverWrapper& record_;
-    const String key_;
-    const String value_;
+    String const& key_;
+    String const& value_;
     Change* const outer_;
     Clearing* clearing_ = nullptr;
     Setting* setting_ = nullptr;

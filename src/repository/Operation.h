@@ -22,12 +22,15 @@ public:
         --repository_.running_;
     }
 
-    /// Frees what has gone, if this is the outermost operation. What is given back there may call
-    /// in, so an answer about what is registered is given after it.
-    void settle()
+    /// Frees what has gone, if this is the outermost operation, and returns whether there was
+    /// anything. What is given back there may call in, so an answer about what is registered is
+    /// given after it.
+    bool settle()
     {
-        if (repository_.running_ == 1 && repository_.graves_)
-            repository_.bury();
+        if (repository_.running_ != 1 || !repository_.graves_)
+            return false;
+        repository_.bury();
+        return true;
     }
 
 private:

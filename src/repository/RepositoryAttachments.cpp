@@ -54,7 +54,7 @@ XCode CDriverRepository::setDriverAttachment(String& error, String const& driver
     const String ownKey(key);
     const String ownValue(value);
     finishDepartures(name, nullptr);
-    if (recordOf(name) != nullptr)
+    if (isMonitored() && recordOf(name) != nullptr)
         logDebug(0, "DrvRepo: Set driver '%s' attachment %s=%s", name.cString(), ownKey.cString(),
                  ownValue.cString());
     DriverWrapper* const record = recordOf(name); // the monitor may have called in
@@ -62,9 +62,12 @@ XCode CDriverRepository::setDriverAttachment(String& error, String const& driver
     XCode rc;
     if (record != nullptr)
         rc = change(error, name, *record, ownKey, ownValue);
-    operation.settle();
-    DriverWrapper const* const left = recordOf(name);
-    if (rc.code() == 0 && (left == nullptr || left->stamp_ != stamp))
+    bool stands = record != nullptr && !record->gone_;
+    if (operation.settle()) {
+        DriverWrapper const* const left = recordOf(name);
+        stands = left != nullptr && left->stamp_ == stamp;
+    }
+    if (rc.code() == 0 && !stands)
         rc = failUnknown(error, name);
     if (rc.code() != 0)
         logFailure(name, ownKey, ownValue, error);

@@ -44,8 +44,8 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
         return rc;
     }
     rc = introduce(error, name, *record);
-    operation.settle();
-    if (holds(name, driver)) {
+    const bool freed = operation.settle();
+    if ((rc.code() == 0 && !freed) || holds(name, driver)) {
         error = String::EMPTY();
         return XCode();
     }
@@ -97,17 +97,22 @@ XCode CDriverRepository::introduce(String& error, String const& name, DriverWrap
     IDriver* const driver = record.getDriver();
     Listeners::Iterator stop = listeners_.begin();
     const auto undo = [&] {
-        inTurn([&] { retire(record, name, driver, stop); },
-               [&] {
-                   if (!holds(name, driver))
-                       logFailure(name, error);
-               });
+        inTurn(
+            [&] {
+                if (!record.gone_)
+                    retire(drivers_.find(name), driver, stop);
+            },
+            [&] {
+                if (!holds(name, driver))
+                    logFailure(name, error);
+            });
     };
     return orUndo(
         [&] {
             driver->setDriverRepository(this);
             XCode rc = offer(error, record, stop);
-            return rc.code() != 0 || holds(name, driver) ? std::move(rc) : failUnknown(error, name);
+            const bool stands = rc.code() != 0 || !record.gone_ || holds(name, driver);
+            return stands ? std::move(rc) : failUnknown(error, name);
         },
         undo);
 }
@@ -152,8 +157,9 @@ void CDriverRepository::removeDriver(IDriver* driver)
     logDebug(0, "DrvRepo: Remove driver '%s'", name.cString());
     finishDepartures(name, driver);
     // Whichever driver stands under that name goes.
-    if (DriverWrapper* const record = recordOf(name))
-        retire(*record, name, driver, listeners_.end());
+    const Drivers::Iterator place = drivers_.find(name);
+    if (place != drivers_.end())
+        retire(place, driver, listeners_.end());
 }
 
 void CDriverRepository::removeDriver(String const& name)
@@ -169,15 +175,13 @@ void CDriverRepository::removeDriver(String const& name)
     removeDriver(driver);
 }
 
-/// Takes a driver out and tells the listeners and, at last, `told`. One that has been taken out
-/// already stays so.
-void CDriverRepository::retire(DriverWrapper& record, String const& name, IDriver* told,
-                               Listeners::Iterator stop)
+/// Takes the driver at that place out and tells the listeners and, at last, `told`.
+void CDriverRepository::retire(Drivers::Iterator place, IDriver* told, Listeners::Iterator stop)
 {
-    if (record.gone_)
-        return;
+    DriverWrapper& record = *place->value;
+    const String name(place->key);
     record.gone_ = true;
-    drivers_.remove(name);
+    drivers_.remove(place);
     Departure departure(*this, record, name, told, stop);
     inTurn([&] { finish(departure); }, [&] { discard(record); });
 }

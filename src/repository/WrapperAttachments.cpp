@@ -13,7 +13,9 @@ String const& Record::getAttachment(String const& key) const
 
 XCode Record::setAttachment(String& error, String const& key, String const& value)
 {
-    Change change(*this, key, value);
+    const String ownKey(key);
+    const String ownValue(value);
+    Change change(*this, ownKey, ownValue);
     return change.run(error);
 }
 

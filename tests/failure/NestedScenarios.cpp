@@ -16,6 +16,7 @@ const Trigger TRIGGERS[] = {
     {"D+f", [](World& w) { w.add("f"); }},
     {"D-d", [](World& w) { w.remove("d"); }},
     {"A-d", [](World& w) { w.removeByName("d"); }},
+    {"N+e", [](World& w) { w.listen("N"); }},
     {"N+d", [](World& w) { w.listen("N"); }},
     {"N+d.n=2", [](World& w) { w.listen("N"); }},
     {"A-d.m=1", [](World& w) { w.unlisten("A"); }},
@@ -62,8 +63,14 @@ void furnish(World& w)
     w.plan("D", 40, Terms().veto().snapshot());
     w.plan("M", 15, Terms().veto().snapshot().attribute("m", "1"));
     w.plan("N", 25, Terms().veto().snapshot());
+    // The listeners bring room for three drivers. There are two, so that a third who comes from
+    // inside takes what the one outside has counted on.
+    for (char const* name : {"x", "y", "z"})
+        w.add(name);
     for (char const* name : {"A", "B", "C", "D"})
         w.listen(name);
+    for (char const* name : {"x", "y", "z"})
+        w.remove(name);
     w.add("e");
     w.add("d");
     w.set("d", "k", "1");

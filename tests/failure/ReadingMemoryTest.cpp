@@ -179,6 +179,11 @@ const Operation OPERATIONS[] = {
          Record record(&d.repository(), d.world.driver("e"));
          record.addListenerOnce(&d.listener, false);
      }},
+    {"offering a record's driver to a listener",
+     [](Desk& d) {
+         Record record(&d.repository(), d.world.driver("e"));
+         check(record.addListener(d.message, &d.listener));
+     }},
     {"copying a listener",
      [](Desk& d) {
          CDriverRepository::Listener other(d.group, TOVA_UUID::INVALID(), TOVA_UUID::INVALID(),

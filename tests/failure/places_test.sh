@@ -22,7 +22,7 @@ unreachable=(
     # All that call it hold a copy of it.
     'TYMarshaller::Buffer::reserve\(unsigned int\) at [^ ]+ $'
     # setTimeslots has seen to it that there is a block for the clone.
-    'ObserverEvent<IChannelGroup>::clone.*ObserverContainer<IChannelGroup>::(broadcastDoEvent|tell)'
+    'ObserverEvent<IChannelGroup>::clone.*ObserverContainer<IChannelGroup>::Clones'
 )
 
 status=0
