@@ -75,7 +75,7 @@ private:
     template <class T> static void refer(TYPtr<T>& held, T* object)
     {
         if (held.get() != object)
-            held = TYPtr<T>::share(object);
+            held.reset(TYPtr<T>::share(object).detach());
     }
     static void arm(EvDriver& event, IDriverRepository* repository, IDriver* driver)
     {

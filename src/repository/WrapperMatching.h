@@ -8,7 +8,7 @@
 
 inline bool CDriverRepository::DriverWrapper::isOfType(TOVA_UUID const& did) const
 {
-    return (driver_.get() != nullptr ? driver_->getDID() : TOVA_UUID::INVALID()) == did;
+    return (driver_.get() != nullptr ? driver_.get()->getDID() : TOVA_UUID::INVALID()) == did;
 }
 
 inline bool CDriverRepository::DriverWrapper::hasDID(Listener const& l) const
@@ -18,13 +18,13 @@ inline bool CDriverRepository::DriverWrapper::hasDID(Listener const& l) const
 
 inline bool CDriverRepository::DriverWrapper::offers(Listener const& l) const
 {
-    return !l.wantsInterface() ||
-           (driver_.get() != nullptr && driver_->queryInterface(l.iid(), nullptr).code() == 0);
+    return !l.wantsInterface() || (driver_.get() != nullptr &&
+                                   driver_.get()->queryInterface(l.iid(), nullptr).code() == 0);
 }
 
 inline bool CDriverRepository::DriverWrapper::isNamed(String const& prefix) const
 {
-    return (driver_.get() != nullptr ? driver_->getDriverName() : String::EMPTY())
+    return (driver_.get() != nullptr ? driver_.get()->getDriverName() : String::EMPTY())
         .startsWith(prefix);
 }
 
