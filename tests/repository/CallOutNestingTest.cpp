@@ -172,4 +172,15 @@ TEST_F(CallOutNesting, DestructorOfADriverMayCallIn)
     EXPECT_EQ("e(A); A", left());
 }
 
+TEST_F(CallOutNesting, DriverRemovedWhileItIsAskedMatchesNobody)
+{
+    listen("L", 10, Terms().iid(IDriver::IID()).attribute("k", "1"));
+    add("d");
+    told();
+    story().on("d.query", [&] { remove("d"); });
+    attach("k=1");
+    EXPECT_EQ("[k=1: d.query[remove d:] -1<Driver 'd' does not exist>]", told());
+    EXPECT_EQ("; L", left());
+}
+
 } // namespace

@@ -283,6 +283,17 @@ TEST_P(TablesWithoutMemory, Stay)
     EXPECT_EQ(GetParam() + 1, table.count());
 }
 
+TEST(Memory, AClearedTableKeepsNone)
+{
+    TOVA_StringHashTable<unsigned> table;
+    const std::int64_t living = allocations::living();
+    for (unsigned i = 0; i < 9; ++i) // with buckets, therefore
+        table.put(String().format("%u", i), i);
+    EXPECT_LT(living, allocations::living());
+    table.clear();
+    EXPECT_EQ(living, allocations::living());
+}
+
 TEST(WithoutMemory, MarshallersStay)
 {
     TYMarshaller marshaller;

@@ -39,7 +39,7 @@ def judge_library(libraries, path, changes):
             return named(program)
         if libraries.is_same() and path not in HEADERS:
             return "same code", ""
-        program = libraries.caught_fast(path, "optimised") or libraries.caught_slowly()
+        program = libraries.caught_fast(path, "optimised") or libraries.caught_slowly(path)
         return ("survives", "") if program is None else named(program)
 
 
@@ -91,7 +91,7 @@ def main():
     options.results.parent.mkdir(parents=True, exist_ok=True)
     libraries = Libraries(options.tests, options.jobs)
     templates = Templates(options.tests, options.jobs)
-    program = libraries.caught_fast("") or libraries.caught_slowly()
+    program = libraries.caught_fast("") or libraries.caught_slowly("")
     for header in HEADERS:
         program = program or templates.caught(header)
     if program is not None:
