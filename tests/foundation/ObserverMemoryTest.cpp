@@ -74,4 +74,22 @@ TEST_F(ObserverMemory, WithoutItABroadcastFails)
     EXPECT_EQ(0, container_->busy());
 }
 
+// The first has agreed, and the second was never asked.
+TEST_F(ObserverMemory, WithoutItForTheSecondNobodyHasRefused)
+{
+    Silent first(log_, "first");
+    Silent second(log_, "second");
+    add(first, 1);
+    add(second, 2);
+    const LargeEvent event;
+    XCode rc;
+    {
+        const allocations::Failing failing(1);
+        rc = tell(event);
+    }
+    EXPECT_EQ(-1, rc.code());
+    EXPECT_STREQ("Out of memory", message_.cString());
+    EXPECT_EQ(&stranger_, refuser_);
+}
+
 } // namespace
