@@ -88,8 +88,12 @@ public:
     private:
         friend class DriverWrapper;
 
+        /// Whose memory a driver's entry is in.
+        enum Home : std::uint8_t { APART, WITH_DRIVER, WITH_LISTENER };
+
         Listener* listener_ = nullptr;
         bool active_ = false;
+        Home home_ = APART;
         std::uint16_t joinedIn_ = 0; // how many attachment walks were under way when it came
         std::int32_t refCount_ = 1;
     };

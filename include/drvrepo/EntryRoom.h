@@ -35,17 +35,12 @@ public:
         }
         return place;
     }
-    /// Gives a place back; false when it is none in this block.
-    bool giveBack(void* begin, void* place)
+    /// Gives a place in the block back.
+    void giveBack(void* place)
     {
-        const auto offset =
-            reinterpret_cast<std::uintptr_t>(place) - reinterpret_cast<std::uintptr_t>(begin);
-        if (offset >= size_ * ENTRY_SIZE)
-            return false;
         *static_cast<void**>(place) = freed_;
         freed_ = place;
         ++freedCount_;
-        return true;
     }
     /// How many entries have their place here.
     std::uint32_t inUse() const { return static_cast<std::uint32_t>(used_ - freedCount_); }

@@ -20,8 +20,8 @@ struct CDriverRepository::DriverWrapper::Voice
     Voice(Voice const&) = delete;
     Voice& operator=(Voice const&) = delete;
 
-    Kept<EvDriver> driver_;
-    Kept<EvAttachment> attachment_;
+    Kept<EvDriver> driver;
+    Kept<EvAttachment> attachment;
 };
 
 /// An event of a walk's for the time of one call; one of its own when an observer further out has
@@ -34,10 +34,12 @@ public:
          Texts const&... texts)
         : kept_(&kept)
     {
-        if (kept.lent || !kept.event || !isArmed(*kept.event, repository, driver, texts...))
-            prepare(repository, driver, texts...);
-        else
-            kept.lent = true;
+        if (kept.lent || !kept.event) {
+            make(repository, driver, texts...);
+            return;
+        }
+        kept.lent = true; // before references are taken, which may call in
+        arm(*kept.event, repository, driver, texts...);
     }
     Loan(Loan const&) = delete;
     Loan& operator=(Loan const&) = delete;
@@ -47,29 +49,13 @@ public:
 
 private:
     template <class... Texts>
-    [[gnu::noinline]] void prepare(IDriverRepository* repository, IDriver* driver,
-                                   Texts const&... texts)
+    [[gnu::noinline]] void make(IDriverRepository* repository, IDriver* driver,
+                                Texts const&... texts)
     {
         if (kept_->lent)
             kept_ = &own_;
-        kept_->lent = true; // before references are taken, which may call in
-        if (kept_->event)
-            arm(*kept_->event, repository, driver, texts...);
-        else
-            kept_->event.emplace(repository, driver, texts...);
-    }
-
-    static bool isArmed(EvDriver const& event, IDriverRepository const* repository,
-                        IDriver const* driver)
-    {
-        return event.source.get() == repository && event.driver.get() == driver &&
-               event.data.buffer().size() == 0;
-    }
-    static bool isArmed(EvAttachment const& event, IDriverRepository const* repository,
-                        IDriver const* driver, String const& key, String const& value)
-    {
-        return isArmed(event, repository, driver) && event.key.buffer() == key.buffer() &&
-               event.value.buffer() == value.buffer();
+        kept_->lent = true;
+        kept_->event.emplace(repository, driver, texts...);
     }
 
     template <class T> static void refer(TYPtr<T>& held, T* object)
@@ -84,12 +70,17 @@ private:
         if (event.data.buffer().size() != 0)
             event.data = TYMarshaller();
     }
+    [[gnu::noinline]] static void arm(EvAttachment& event, String const& key, String const& value)
+    {
+        event.key = key;
+        event.value = value;
+    }
     static void arm(EvAttachment& event, IDriverRepository* repository, IDriver* driver,
                     String const& key, String const& value)
     {
         arm(event, repository, driver);
-        event.key = key;
-        event.value = value;
+        if (event.key.buffer() != key.buffer() || event.value.buffer() != value.buffer())
+            arm(event, key, value);
     }
 
     Voice::Kept<Event> own_;

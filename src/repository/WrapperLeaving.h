@@ -7,6 +7,7 @@
 // How a listener and a driver part, as far as every going takes it: without an attachment to tell.
 // The rest stands in WrapperLeaving.cpp.
 
+/// Tells what a going still owes, as far as it has come.
 inline void CDriverRepository::DriverWrapper::tellGoing(Leaving& leaving)
 {
     struct Removed

@@ -63,9 +63,14 @@ Record::Entries::ConstIterator Record::find(Listener const* l) const
 
 void Record::unlink(Entry entry)
 {
-    Listener& listener = *entry->listener();
+    Listener* const l = entry->listener();
+    const auto home = entry->home_;
     void* const place = listeners_.extract(entry);
-    if (!room_.giveBack(this + 1, place) && !listener.room_.giveBack(listener.block_.get(), place))
+    if (home == ListenerWrapper::WITH_LISTENER)
+        l->room_.giveBack(place);
+    else if (home == ListenerWrapper::WITH_DRIVER)
+        room_.giveBack(place);
+    else
         ::operator delete(place);
 }
 

@@ -44,12 +44,18 @@ CDriverRepository::DriverWrapper::placeNear(Entry hint, Listener const* l)
 inline CDriverRepository::DriverWrapper::Entry
 CDriverRepository::DriverWrapper::link(Entry place, Listener* l, bool active)
 {
+    auto home = ListenerWrapper::WITH_LISTENER;
     void* room = l->room_.take(l->block_.get());
-    if (room == nullptr)
+    if (room == nullptr) {
+        home = ListenerWrapper::WITH_DRIVER;
         room = room_.take(this + 1);
-    if (room == nullptr)
+    }
+    if (room == nullptr) {
+        home = ListenerWrapper::APART;
         room = ::operator new(EntryRoom::ENTRY_SIZE);
+    }
     const Entry entry = listeners_.insert(place, ListenerWrapper(l, active), room);
+    entry->home_ = home;
     entry->joinedIn_ = walkLevel_;
     lateEntries_ = lateEntries_ || walkLevel_ != 0;
     return entry;

@@ -30,7 +30,7 @@ struct CDriverRepository::DriverWrapper::DriverAdded
     void log(DriverWrapper const& record, Listener const& l) const;
     Loan<Event> event(Voice& voice, DriverWrapper const& record) const
     {
-        return {voice.driver_, record.repository_, record.getDriver()};
+        return {voice.driver, record.repository_, record.getDriver()};
     }
 };
 
@@ -43,7 +43,7 @@ struct CDriverRepository::DriverWrapper::DriverRemoved
     void log(DriverWrapper const& record, Listener const& l) const;
     Loan<Event> event(Voice& voice, DriverWrapper const& record) const
     {
-        return {voice.driver_, record.repository_, record.getDriver()};
+        return {voice.driver, record.repository_, record.getDriver()};
     }
 };
 
@@ -56,7 +56,7 @@ struct CDriverRepository::DriverWrapper::AttachmentSet
     void log(DriverWrapper const& record, Listener const& l) const;
     Loan<Event> event(Voice& voice, DriverWrapper const& record) const
     {
-        return {voice.attachment_, record.repository_, record.getDriver(), key, value};
+        return {voice.attachment, record.repository_, record.getDriver(), key, value};
     }
 
     String const& key;
@@ -72,7 +72,7 @@ struct CDriverRepository::DriverWrapper::AttachmentCleared
     void log(DriverWrapper const& record, Listener const& l) const;
     Loan<Event> event(Voice& voice, DriverWrapper const& record) const
     {
-        return {voice.attachment_, record.repository_, record.getDriver(), key, value};
+        return {voice.attachment, record.repository_, record.getDriver(), key, value};
     }
 
     String const& key;

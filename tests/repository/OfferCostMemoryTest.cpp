@@ -169,6 +169,8 @@ TEST_F(OfferCost, WhoComesLaterBringsTheRoomForTheMeetings)
     repository().removeDriver(first.get());
     EXPECT_EQ(alone + 3 * entry, bytesOf(repository(), first.get()));
     EXPECT_EQ(alone + 5 * entry, bytesOf(repository(), second.get()));
+    repository().removeDriver(first.get());
+    repository().removeDriver(second.get());
 }
 
 } // namespace
