@@ -26,4 +26,25 @@ TEST_F(Departure, IsToldToAllBeforeTheDriverIsAddedAgainFromInside)
     observer("b").then = nullptr;
 }
 
+// Also when the driver itself is named, which then isn't found under its name any more.
+TEST_F(Departure, IsToldToAllBeforeTheDriverIsRemovedAgainFromInside)
+{
+    listen("a", 1);
+    listen("b", 2);
+    listen("c", 3);
+    add("fxs 1");
+    heard();
+    std::string meanwhile;
+    observer("c").then = [&](std::string const& what) {
+        if (what != "removed fxs 1")
+            return;
+        repository().removeDriver(&driver("fxs 1"));
+        meanwhile = heard();
+    };
+    remove("fxs 1");
+    EXPECT_EQ("c: removed fxs 1\nb: removed fxs 1\na: removed fxs 1\n", meanwhile);
+    EXPECT_EQ("", heard());
+    observer("c").then = nullptr;
+}
+
 } // namespace
