@@ -44,7 +44,10 @@ function(drvrepo_add_library name)
     if(BUILD_SHARED_LIBS)
         target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,--as-needed -Wl,-Bsymbolic-functions)
         # Small: without what was inlined everywhere, and without pages that are padding.
-        target_link_options(${name} PRIVATE -Wl,-O1 -Wl,--gc-sections -Wl,-z,noseparate-code)
+        target_link_options(${name} PRIVATE -Wl,--gc-sections)
+        if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64") # elsewhere there are none
+            target_link_options(${name} PRIVATE -Wl,-z,noseparate-code)
+        endif()
         # The sanitizer's run-time functions are in the executable, not in the library; and it adds
         # symbols of its own.
         if(NOT DRVREPO_SANITIZE)

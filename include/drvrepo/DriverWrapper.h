@@ -204,10 +204,9 @@ private:
     bool lateEntries_ = false;        // an entry came while an attachment walk was under way
     bool lateValues_ = false;         // a value was set while a snapshot was under way
 
-    EntryRoom room_; // behind the record
-
     // The repository's bookkeeping.
     bool gone_ = false;
+    EntryRoom room_; // behind the record
     Stamp stamp_ = 0;
     DriverWrapper* older_ = nullptr;
     DriverWrapper* newer_ = nullptr;

@@ -1,7 +1,9 @@
 #ifndef DRVREPO_ENTRYROOM_H
 #define DRVREPO_ENTRYROOM_H
 
+#include <cstddef>
 #include <cstdint>
+#include <new>
 
 #include <drvrepo/CDriverRepository.h>
 
@@ -16,7 +18,7 @@ public:
     /// Of one entry, in bytes.
     static constexpr std::size_t ENTRY_SIZE = TOVA_List<ListenerWrapper>::NODE_SIZE;
     /// No block has room for more entries.
-    static constexpr std::uint32_t MOST = 0xffff;
+    static constexpr std::uint32_t MOST = 0xfffe;
 
     /// None.
     EntryRoom() = default;
@@ -27,19 +29,20 @@ public:
     void* take(void* begin)
     {
         if (used_ != size_)
-            return static_cast<char*>(begin) + used_++ * ENTRY_SIZE;
-        void* const place = freed_;
-        if (place != nullptr) {
-            freed_ = *static_cast<void**>(place);
-            --freedCount_;
-        }
+            return at(begin, used_++);
+        if (freed_ == NONE)
+            return nullptr;
+        void* const place = at(begin, freed_);
+        freed_ = *static_cast<std::uint16_t*>(place);
+        --freedCount_;
         return place;
     }
-    /// Gives a place in the block back.
-    void giveBack(void* place)
+    /// Gives a place back.
+    void giveBack(void* begin, void* place)
     {
-        *static_cast<void**>(place) = freed_;
-        freed_ = place;
+        const std::ptrdiff_t offset = static_cast<char*>(place) - static_cast<char*>(begin);
+        new (place) std::uint16_t(freed_);
+        freed_ = static_cast<std::uint16_t>(static_cast<std::size_t>(offset) / ENTRY_SIZE);
         ++freedCount_;
     }
     /// How many entries have their place here.
@@ -48,10 +51,17 @@ public:
     bool isFull() const { return inUse() == size_; }
 
 private:
+    static constexpr std::uint16_t NONE = 0xffff;
+
+    static void* at(void* begin, std::uint16_t index)
+    {
+        return static_cast<char*>(begin) + index * ENTRY_SIZE;
+    }
+
     std::uint16_t size_ = 0;
     std::uint16_t used_ = 0;       // the first so many have been used
     std::uint16_t freedCount_ = 0; // so many of these are free again
-    void* freed_ = nullptr;        // the latest of them; each begins with a pointer to the next
+    std::uint16_t freed_ = NONE;   // the latest of them; each begins with the index of the next
 };
 
 #endif

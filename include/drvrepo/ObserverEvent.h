@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <new>
 
+#include <utility/RefCount.h>
 #include <utility/TYMarshaller.h>
 #include <utility/TYPtr.h>
 
@@ -24,18 +25,28 @@ public:
     /// A block, new when none is kept. Failure: std::bad_alloc.
     void* take()
     {
-        void* const kept = block_.exchange(nullptr);
+        void* const kept = replace(nullptr);
         return kept != nullptr ? kept : ::operator new(SIZE);
     }
-    /// Keeps the block, or frees it when one is kept already.
+    /// Keeps the block; frees one that was kept already.
     void giveBack(void* block) noexcept
     {
-        void* none = nullptr;
-        if (!block_.compare_exchange_strong(none, block))
-            ::operator delete(block);
+        void* const kept = replace(block);
+        if (kept != nullptr)
+            ::operator delete(kept);
     }
 
 private:
+    /// Without a locked instruction while there is one thread, as AtomicRefCount does.
+    void* replace(void* block) noexcept
+    {
+        if (!UTILITY_SINGLE_THREADED)
+            return block_.exchange(block);
+        void* const kept = block_.load(std::memory_order_relaxed);
+        block_.store(block, std::memory_order_relaxed);
+        return kept;
+    }
+
     std::atomic<void*> block_{nullptr};
 };
 

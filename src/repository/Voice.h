@@ -34,12 +34,10 @@ public:
          Texts const&... texts)
         : kept_(&kept)
     {
-        if (kept.lent || !kept.event) {
-            make(repository, driver, texts...);
-            return;
-        }
-        kept.lent = true; // before references are taken, which may call in
-        arm(*kept.event, repository, driver, texts...);
+        if (kept.lent || !kept.event || !isArmed(*kept.event, repository, driver, texts...))
+            prepare(repository, driver, texts...);
+        else
+            kept.lent = true;
     }
     Loan(Loan const&) = delete;
     Loan& operator=(Loan const&) = delete;
@@ -49,13 +47,29 @@ public:
 
 private:
     template <class... Texts>
-    [[gnu::noinline]] void make(IDriverRepository* repository, IDriver* driver,
-                                Texts const&... texts)
+    [[gnu::noinline]] void prepare(IDriverRepository* repository, IDriver* driver,
+                                   Texts const&... texts)
     {
         if (kept_->lent)
             kept_ = &own_;
-        kept_->lent = true;
-        kept_->event.emplace(repository, driver, texts...);
+        kept_->lent = true; // before references are taken, which may call in
+        if (kept_->event)
+            arm(*kept_->event, repository, driver, texts...);
+        else
+            kept_->event.emplace(repository, driver, texts...);
+    }
+
+    static bool isArmed(EvDriver const& event, IDriverRepository const* repository,
+                        IDriver const* driver)
+    {
+        return event.source.get() == repository && event.driver.get() == driver &&
+               event.data.buffer().size() == 0;
+    }
+    static bool isArmed(EvAttachment const& event, IDriverRepository const* repository,
+                        IDriver const* driver, String const& key, String const& value)
+    {
+        return isArmed(event, repository, driver) && event.key.buffer() == key.buffer() &&
+               event.value.buffer() == value.buffer();
     }
 
     template <class T> static void refer(TYPtr<T>& held, T* object)
@@ -70,17 +84,12 @@ private:
         if (event.data.buffer().size() != 0)
             event.data = TYMarshaller();
     }
-    [[gnu::noinline]] static void arm(EvAttachment& event, String const& key, String const& value)
-    {
-        event.key = key;
-        event.value = value;
-    }
     static void arm(EvAttachment& event, IDriverRepository* repository, IDriver* driver,
                     String const& key, String const& value)
     {
         arm(event, repository, driver);
-        if (event.key.buffer() != key.buffer() || event.value.buffer() != value.buffer())
-            arm(event, key, value);
+        event.key = key;
+        event.value = value;
     }
 
     Voice::Kept<Event> own_;

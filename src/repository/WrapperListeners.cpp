@@ -67,9 +67,9 @@ void Record::unlink(Entry entry)
     const auto home = entry->home_;
     void* const place = listeners_.extract(entry);
     if (home == ListenerWrapper::WITH_LISTENER)
-        l->room_.giveBack(place);
+        l->room_.giveBack(l->block_.get(), place);
     else if (home == ListenerWrapper::WITH_DRIVER)
-        room_.giveBack(place);
+        room_.giveBack(this + 1, place);
     else
         ::operator delete(place);
 }

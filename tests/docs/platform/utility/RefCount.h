@@ -1,6 +1,8 @@
 #ifndef PLATFORM_REFCOUNT_H
 #define PLATFORM_REFCOUNT_H
 
+#define UTILITY_SINGLE_THREADED false
+
 class AtomicRefCount
 {
 public:
