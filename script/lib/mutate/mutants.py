@@ -5,7 +5,7 @@ import re
 
 SOURCES = ["src/**/*.cpp", "src/**/*.h", "include/drvrepo/ObserverContainer.h",
            "include/drvrepo/ObserverDelegate.h", "include/drvrepo/ObserverEvent.h",
-           "include/drvrepo/CDriverRepository.h", "utility/src/*.cpp",
+           "include/drvrepo/CDriverRepository.h", "include/drvrepo/EntryRoom.h", "utility/src/*.cpp",
            "utility/include/utility/TOVA_*.h", "utility/include/utility/TYPtr.h"]
 
 # What is replaced by what. Blanks around an operator tell it from a template's bracket.
