@@ -194,22 +194,24 @@ private:
     Attributes attachments_;
     Entries listeners_;
 
+    // The repository's bookkeeping, close to what walks over all drivers look at.
+    DriverWrapper* newer_ = nullptr;
+    Stamp stamp_ = 0;
+    bool gone_ = false;
+
+    bool lateEntries_ = false;        // an entry came while an attachment walk was under way
+    bool lateValues_ = false;         // a value was set while a snapshot was under way
+    std::uint16_t walkLevel_ = 0;     // attachment walks under way
+    std::uint16_t snapshotLevel_ = 0; // snapshots under way
+
     // The frames of what is under way, the latest first.
     Joining* joinings_ = nullptr;
     Leaving* leavings_ = nullptr;
     Walk* walks_ = nullptr;
     Change* changes_ = nullptr;
-    std::uint16_t walkLevel_ = 0;     // attachment walks under way
-    std::uint16_t snapshotLevel_ = 0; // snapshots under way
-    bool lateEntries_ = false;        // an entry came while an attachment walk was under way
-    bool lateValues_ = false;         // a value was set while a snapshot was under way
 
-    // The repository's bookkeeping.
-    bool gone_ = false;
-    EntryRoom room_; // behind the record
-    Stamp stamp_ = 0;
     DriverWrapper* older_ = nullptr;
-    DriverWrapper* newer_ = nullptr;
+    EntryRoom room_; // behind the record
 };
 
 #endif
