@@ -157,7 +157,8 @@ std::int64_t bytesOf(IDriverRepository& repository, IDriver* driver)
 
 TEST_F(OfferCost, WhoComesLaterBringsTheRoomForTheMeetings)
 {
-    const std::int64_t entry = 4 * sizeof(void*);
+    // Its neighbours in the list, its listener, and what passed between the two.
+    const std::int64_t entry = 3 * sizeof(void*) + 8;
     const TYPtr<CDriver> first(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
     const TYPtr<CDriver> second(new CDriver(IDriver::DID_UNKNOWN(), "fxs 2"));
     const std::int64_t alone = bytesOf(repository(), first.get());
