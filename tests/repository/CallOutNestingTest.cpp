@@ -12,6 +12,18 @@ struct CallOutNesting : ::testing::Test, Scene
     {
         story().on("d.in", [this, word, reaction] { story().on(word, reaction); });
     }
+    /// The attachments that listeners were to be told of.
+    std::string counted()
+    {
+        InfoContainer info;
+        repository().getInfo(info, 4, 0, 3, 0, "");
+        std::string text;
+        for (InfoContainer::Row const& row : info.rows())
+            if (row.key == "onAttachmentSet" || row.key == "onAttachmentCleared")
+                text += (text.empty() ? "" : ", ") + std::string(row.key.cString()) + " " +
+                        row.value.cString();
+        return text;
+    }
 };
 
 TEST_F(CallOutNesting, ListenerRegisteredByAComingDriverMeetsItOnce)
@@ -181,6 +193,34 @@ TEST_F(CallOutNesting, DriverRemovedWhileItIsAskedMatchesNobody)
     attach("k=1");
     EXPECT_EQ("[k=1: d.query[remove d:] -1<Driver 'd' does not exist>]", told());
     EXPECT_EQ("; L", left());
+}
+
+// It has left, is to join again at once, and says in its farewell, which comes first, that it
+// won't.
+TEST_F(CallOutNesting, ListenerRemovedByTheFarewellBeforeItsReturnDoesNotReturn)
+{
+    listen("L", 10, Terms().attribute("k", "1").snapshot());
+    add("d");
+    attach("m=1");
+    attach("k=1");
+    told();
+    story().on("L-m=1", [&] { attach("k=1"); });
+    story().on("L-d", [&] { unlisten("L"); });
+    attach("k=");
+    EXPECT_EQ("[k=: L-m=1[k=1: L-d[unlisten L:] ok] ok]", told());
+    EXPECT_EQ("d m=1 k=1; ", left());
+}
+
+TEST_F(CallOutNesting, ValueReplacedWhileTheDriverIsAskedIsNotCountedAsToldGone)
+{
+    listen("L", 10, Terms().iid(IDriver::IID()));
+    add("d");
+    attach("k=1");
+    told();
+    story().on("d.query", [&] { attach("k=2"); });
+    attach("k=");
+    EXPECT_EQ("[k=: d.query[k=2: L-k=1 L+k=2 ok] ok]", told());
+    EXPECT_EQ("onAttachmentSet 2, onAttachmentCleared 1", counted());
 }
 
 } // namespace

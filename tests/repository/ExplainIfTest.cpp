@@ -133,7 +133,7 @@ TEST_F(ExplainIf, WithoutADelegateNothingIsToldAndAStoppedOneSwallowsIt)
 TEST_F(ExplainIf, ListenerThatWasNeverOfferedTheDriverHearsNothing)
 {
     listen("a", 1);
-    listen("b", 2);
+    listen("b", 2, Terms().attribute("k", "x"));
     std::string seen;
     observer("a").then = [&](std::string const&) { seen = foretold("b", "k", "x"); };
     add("fxs 1");

@@ -310,6 +310,43 @@ TEST_F(Explain, FromInsideACall)
     EXPECT_EQ("removed fxs 1 Driver 'fxs 1' does not exist\n", seen);
 }
 
+// One that is just being registered, too, for the drivers that it has not come to yet.
+TEST_F(Explain, ListenerOnItsWayToTheDriverIsListed)
+{
+    add("fxs 1");
+    add("fxs 2");
+    listen("a", 1);
+    std::string seen;
+    observer("b").then = [&](std::string const& what) {
+        seen += what + ":\n" + listenersOf("fxs 2");
+        observer("b").then = nullptr;
+    };
+    listen("b", 2);
+    EXPECT_EQ("added fxs 1:\na active, count 1, selected\nb never offered, count 0, selected\n",
+              seen);
+}
+
+TEST_F(Explain, DriverThatIsLeavingIsNotAsked)
+{
+    add("fxs 1");
+    add("fxs 2");
+    listen("a", 1);
+    bool asked = true;
+    std::string seen;
+    observer("a").then = [&](std::string const&) {
+        const unsigned before = driver("fxs 1").calls().getDID;
+        TOVA_List<Explanation> found;
+        explainListener(error_, repository(), "a", found);
+        for (Explanation const& at : found)
+            seen += std::string(at.driver.cString()) + ";";
+        asked = driver("fxs 1").calls().getDID != before;
+    };
+    remove("fxs 1");
+    observer("a").then = nullptr;
+    EXPECT_EQ("fxs 2;", seen);
+    EXPECT_FALSE(asked);
+}
+
 /// Does something the next time that it is asked for an interface.
 class Meddler : public TestDriver
 {
