@@ -10,10 +10,12 @@ using EvDriver = IDriverRepository::EvDriver;
 using EvAttachment = IDriverRepository::EvAttachment;
 using Event = ObserverEvent<IDriverRepository>;
 
-/// Notes what it is given, and leaves nothing of it as it was.
+/// Notes what it is given, and leaves nothing of it as it was; a gentle one but for a byte of data.
 class Spoiler final : public IDriverRepositoryObserver
 {
 public:
+    bool gentle = false;
+
     XCode onDriverAdded(String&, Event& event) override
     {
         note(static_cast<EvDriver&>(event), "added");
@@ -41,16 +43,18 @@ private:
         noted_ += event.driver ? std::string(" ") + event.driver.get()->getDriverName().cString()
                                : std::string(" nobody");
         noted_ += " " + std::to_string(event.data.buffer().size());
+        event.data.copyOnWrite().addTail("spoilt", gentle ? 1 : 6);
+        if (gentle)
+            return;
         event.source.reset();
         event.driver.reset();
-        event.data.copyOnWrite().addTail("spoilt", 6);
     }
     void note(EvAttachment& event, std::string const& what)
     {
         note(static_cast<EvDriver&>(event),
              what + " " + event.key.cString() + "=" + event.value.cString());
-        event.key = "spoilt";
-        event.value = "spoilt";
+        event.key = gentle ? event.key : "spoilt";
+        event.value = gentle ? event.value : "spoilt";
     }
 
     std::string noted_;
@@ -89,6 +93,20 @@ TEST_F(EventArming, EachListenerFindsEveryFieldAsItShouldBe)
     remove("d");
     EXPECT_EQ("cleared k=2 d 0, removed d 0, cleared k=2 d 0, removed d 0, "
               "cleared k=2 d 0, removed d 0",
+              spoiler_.take());
+}
+
+TEST_F(EventArming, OneByteThatAListenerLeavesIsNotHandedOn)
+{
+    spoiler_.gentle = true;
+    add("d");
+    attach("d", "k", "1");
+    EXPECT_EQ("added d 0, added d 0, added d 0, set k=1 d 0, set k=1 d 0, set k=1 d 0",
+              spoiler_.take());
+    attach("d", "k", "");
+    remove("d");
+    EXPECT_EQ("cleared k=1 d 0, cleared k=1 d 0, cleared k=1 d 0, "
+              "removed d 0, removed d 0, removed d 0",
               spoiler_.take());
 }
 

@@ -174,4 +174,22 @@ TEST_F(OfferCost, WhoComesLaterBringsTheRoomForTheMeetings)
     repository().removeDriver(second.get());
 }
 
+// A driver that goes leaves to each listener the room that this one brought, also if another
+// listener had left the driver's own room before.
+TEST_F(OfferCost, RoomOfAListenerServesTheNextDriver)
+{
+    const std::int64_t entry = 3 * sizeof(void*) + 8;
+    const TYPtr<CDriver> plain(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
+    const std::int64_t alone = bytesOf(repository(), plain.get());
+    repository().removeDriver(plain.get());
+
+    listenUpTo(3);
+    bytesOf(repository(), plain.get());
+    repository().removeDriverRepositoryObserver("1");
+    listenUpTo(5); // the two who come now bring room
+    repository().removeDriver(plain.get());
+    EXPECT_EQ(alone + 2 * entry, bytesOf(repository(), plain.get()));
+    repository().removeDriver(plain.get());
+}
+
 } // namespace
