@@ -223,4 +223,33 @@ TEST_F(CallOutNesting, ValueReplacedWhileTheDriverIsAskedIsNotCountedAsToldGone)
     EXPECT_EQ("onAttachmentSet 2, onAttachmentCleared 1", counted());
 }
 
+// It comes after the value has gone, and so never held it.
+TEST_F(CallOutNesting, ListenerThatComesAndGoesInsideAClearHearsNothingOfTheValue)
+{
+    listen("C", 30);
+    add("d");
+    attach("k=1");
+    told();
+    story().on("C-k=1", [&] {
+        listen("L", 10, Terms().snapshot());
+        unlisten("L");
+    });
+    attach("k=");
+    EXPECT_EQ("[k=: C-k=1[listen L: L+d ok][unlisten L: L-d] ok]", told());
+}
+
+// The value is the same, but it is another coming of it, which has been told.
+TEST_F(CallOutNesting, ValueClearedAndSetAgainByTheLineOfItsSnapshotIsToldOnce)
+{
+    add("d");
+    attach("k=1");
+    told();
+    monitor().on("DrvRepo:   d: Notify listener 'L': onDriverAttachmentSet(k=1)", [&] {
+        attach("k=");
+        attach("k=1");
+    });
+    listen("L", 10, Terms().snapshot());
+    EXPECT_EQ("[listen L: L+d log[k=: ok][k=1: L+k=1 ok] ok]", told());
+}
+
 } // namespace
