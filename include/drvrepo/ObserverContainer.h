@@ -124,7 +124,7 @@ public:
             if (entry.isOf(observer)) {
                 if (--entry.count_ == 0) {
                     released = std::move(entry.delegate_);
-                    DoScope::keep(scopes_, entry, released);
+                    Visit::keep(visits_, entry, released);
                 }
                 break;
             }
@@ -199,15 +199,14 @@ public:
             }
             if (clone == nullptr || !entry.isLive()) // cloning calls out
                 continue;
-            doing.isAsking = true;
+            doing.begin(entry);
             if (entry.veto_)
                 answer = entry.delegate()->notifyEvent(message, doMethod, *clone);
             else
                 entry.delegate()->notifyEvent(notifyMethod, *clone);
             if (entry.veto_ && answer.code() != 0)
                 break;
-            doing.isAsking = false;
-            stop.delegate.reset();
+            doing.end();
         }
         return answer;
     }
@@ -223,45 +222,73 @@ public:
     }
 
 private:
-    /// A broadcast forward. Entries marked with its level or a deeper one are informed.
-    class DoScope
+    /// A broadcast, and whom it is calling. An entry that dies in its call gives up its delegate;
+    /// the broadcasts that are calling it hold that on: it is needed until the call returns, and
+    /// may then still have to say who it was.
+    class Visit
+    {
+    public:
+        explicit Visit(ObserverContainer& container)
+            : busy_(container), container_(container), outer_(container.visits_)
+        {
+            container.visits_ = this;
+        }
+        Visit(Visit const&) = delete;
+        Visit& operator=(Visit const&) = delete;
+        ~Visit() { container_.visits_ = outer_; }
+
+        /// The entry, which lives, is about to be called.
+        void begin(Wrapper const& entry) { called_ = &entry; }
+        /// It has returned.
+        void end()
+        {
+            called_ = nullptr;
+            if (kept_)
+                kept_.reset();
+        }
+        /// The delegate in call, null without one.
+        TYPtr<Delegate> delegate() const
+        {
+            return called_ != nullptr && called_->isLive() ? called_->delegate_ : kept_;
+        }
+
+        /// An entry has died and gives up its delegate.
+        static void keep(Visit* visit, Wrapper const& dead, TYPtr<Delegate> const& delegate)
+        {
+            for (; visit != nullptr; visit = visit->outer_)
+                if (visit->called_ == &dead)
+                    visit->kept_ = delegate;
+        }
+
+    private:
+        const BusyScope busy_;
+        ObserverContainer& container_;
+        Visit* const outer_;
+        Wrapper const* called_ = nullptr;
+        TYPtr<Delegate> kept_;
+    };
+
+    /// A broadcast forward; `stop` learns whom it was calling when it ended. Entries marked with
+    /// its level or a deeper one are informed.
+    class DoScope : public Visit
     {
     public:
         DoScope(ObserverContainer& container, Stop& stop)
-            : level(++container.doing_), busy_(container), container_(container), stop_(stop),
-              outer_(container.scopes_)
-        {
-            container.scopes_ = this;
-        }
-        DoScope(DoScope const&) = delete;
-        DoScope& operator=(DoScope const&) = delete;
+            : Visit(container), level(++container.doing_), container_(container), stop_(stop)
+        {}
         ~DoScope()
         {
-            if (isAsking && stop_.place->isLive())
-                stop_.delegate = stop_.place->delegate_;
-            container_.scopes_ = outer_;
+            stop_.delegate = this->delegate();
             --container_.doing_;
             if (container_.anyInformed_)
                 container_.settleInformed();
         }
 
-        /// An entry has died and gives up its delegate: the broadcasts that are just asking it
-        /// may still have to say who it was.
-        static void keep(DoScope* scope, Wrapper const& dead, TYPtr<Delegate> const& delegate)
-        {
-            for (; scope != nullptr; scope = scope->outer_)
-                if (scope->isAsking && &*scope->stop_.place == &dead)
-                    scope->stop_.delegate = delegate;
-        }
-
         const std::uint32_t level;
-        bool isAsking = false; // the entry at the stop has been asked and hasn't agreed
 
     private:
-        const BusyScope busy_;
         ObserverContainer& container_;
         Stop& stop_;
-        DoScope* const outer_;
     };
 
     /// Clones of an event, one at a time. The one before serves again where nobody could tell the
@@ -323,11 +350,11 @@ private:
     /// before it goes on.
     void tellBackward(Event const& event, NotifyMethod method, Place from)
     {
-        const BusyScope busy(*this);
+        Visit visit(*this);
         Clones clones(event);
         const auto tellRest = [&] {
             while (from != list_.begin())
-                tell(clones, method, *--from);
+                tell(visit, clones, method, *--from);
         };
         try {
             tellRest();
@@ -337,21 +364,23 @@ private:
         }
     }
 
-    void tell(Clones& clones, NotifyMethod method, Wrapper const& entry)
+    void tell(Visit& visit, Clones& clones, NotifyMethod method, Wrapper const& entry)
     {
         if (!entry.isLive())
             return;
         Event* const clone = clones.next();
         if (clone == nullptr || !entry.isLive()) // cloning calls out
             return;
+        visit.begin(entry);
         entry.delegate()->notifyEvent(method, *clone);
+        visit.end();
     }
 
     TOVA_List<Wrapper> list_;
     std::int32_t busy_ = 0;
-    std::uint32_t doing_ = 0;   // of these, the broadcasts forward
-    bool anyInformed_ = false;  // in one of these
-    DoScope* scopes_ = nullptr; // the latest of these
+    std::uint32_t doing_ = 0;  // of these, the broadcasts forward
+    bool anyInformed_ = false; // in one of these
+    Visit* visits_ = nullptr;  // all broadcasts under way, the latest first
 };
 
 #endif

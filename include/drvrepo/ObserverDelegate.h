@@ -11,7 +11,8 @@
 ///
 /// Ownership   starts with one reference, its creator's; deletes itself with the last one. The
 ///             observer is not owned: whoever destroys it calls `stopNotifications` first.
-/// Reentrancy  holds a reference on itself over each call, so that the observer may let go of it.
+/// Reentrancy  the observer may let go of it: it looks at nothing of its own after the call. What
+///             calls it holds it so long, for those derived from this.
 /// Locking     the count is atomic, the rest needs the subject's lock.
 /// The virtual operations are binary contract, in the order given here, the destructor last.
 template <class T> class ObserverDelegate
@@ -38,10 +39,8 @@ public:
     /// Calls a notification method of the observer.
     virtual void notifyEvent(void (TObserver::*method)(ObserverEvent<T>&), ObserverEvent<T>& event)
     {
-        if (observer_ == nullptr)
-            return;
-        const TYPtr<ObserverDelegate> held = TYPtr<ObserverDelegate>::share(this);
-        (observer_->*method)(event);
+        if (observer_ != nullptr)
+            (observer_->*method)(event);
     }
     /// Calls a method of the observer that may refuse; returns its answer. `message` takes the
     /// reason of a refusal.
@@ -49,10 +48,7 @@ public:
                               XCode (TObserver::*method)(String&, ObserverEvent<T>&),
                               ObserverEvent<T>& event)
     {
-        if (observer_ == nullptr)
-            return XCode();
-        const TYPtr<ObserverDelegate> held = TYPtr<ObserverDelegate>::share(this);
-        return (observer_->*method)(message, event);
+        return observer_ != nullptr ? (observer_->*method)(message, event) : XCode();
     }
     virtual ~ObserverDelegate() = default;
 

@@ -1,4 +1,6 @@
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 #include "ContainerFixture.h"
 
@@ -178,6 +180,32 @@ TEST_F(ObserverContainerNesting, BroadcastsNest)
     EXPECT_EQ(2u, container_->size());
     container_->remove(&stranger_);
     EXPECT_EQ(1u, container_->size());
+}
+
+// Whoever is derived from a delegate may still look at its own after the call.
+TEST_F(ObserverContainerNesting, ADelegateLivesUntilItsOwnCallReturns)
+{
+    std::string living;
+    bool nests = false;
+    a_.action = [&](TestEvent&) {
+        if (std::exchange(nests, false))
+            undo(); // leaves in this call inside of its other one
+        container_->remove(&a_);
+        living += std::to_string(SubjectDelegate::living());
+    };
+    for (const bool veto : {false, true}) {
+        add(a_, 1, veto);
+        tell();
+        EXPECT_EQ(0, SubjectDelegate::living());
+    }
+    add(a_, 1);
+    undo();
+    EXPECT_EQ(0, SubjectDelegate::living());
+    add(a_, 1);
+    nests = true;
+    tell();
+    EXPECT_EQ(0, SubjectDelegate::living());
+    EXPECT_EQ("11111", living);
 }
 
 TEST_F(ObserverContainerNesting, ARefuserThatRemovesItselfIsNamedAllTheSame)
