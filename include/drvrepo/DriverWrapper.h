@@ -95,11 +95,12 @@ public:
 private:
     friend class CDriverRepository;
 
-    /// A record with room for so many entries behind it, in one block; null without memory.
-    /// `destroy` frees both.
+    /// A record in one block with the room for its entry in the repository's table before it and
+    /// that for so many entries of its own behind it; null without memory. `destroy` frees all.
     static DriverWrapper* create(IDriverRepository* repository, IDriver* driver,
                                  std::uint32_t entries);
     void destroy();
+    void* placeInTable() { return reinterpret_cast<char*>(this) - Drivers::ENTRY_SIZE; }
 
     using Entries = TOVA_List<ListenerWrapper>;
     using Entry = Entries::Iterator;
@@ -137,6 +138,7 @@ private:
     Entry find(Listener const* l);
     Entries::ConstIterator find(Listener const* l) const;
     Entry findNear(Entry hint, Listener const* l);
+    Entry findAround(Entry hint, Listener const* l);
     Entry placeNear(Entry hint, Listener const* l);
     Entry link(Entry place, Listener* l, bool active);
     void unlink(Entry entry);

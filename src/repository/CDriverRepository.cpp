@@ -9,7 +9,11 @@ IDriverRepositoryObserver::~IDriverRepositoryObserver() = default;
 CDriverRepository::CDriverRepository(TYEventLoop& loop) : loop_(loop), lock_(loop.lock()) {}
 
 // Records and listeners that are still registered stay, with the references they hold.
-CDriverRepository::~CDriverRepository() = default;
+CDriverRepository::~CDriverRepository()
+{
+    while (!drivers_.isEmpty())
+        drivers_.extract(drivers_.begin());
+}
 
 XCode CDriverRepository::queryInterface(TOVA_UUID const& iid, void** out)
 {

@@ -23,18 +23,22 @@ Record::~DriverWrapper()
 Record* Record::create(IDriverRepository* repository, IDriver* driver, std::uint32_t entries)
 {
     const std::uint32_t size = std::min(entries, EntryRoom::MOST);
-    void* const block = ::operator new(sizeof(Record) + size * EntryRoom::ENTRY_SIZE, std::nothrow);
+    static_assert(Drivers::ENTRY_SIZE % alignof(Record) == 0, "the record follows it");
+    void* const block = ::operator new(
+        Drivers::ENTRY_SIZE + sizeof(Record) + size * EntryRoom::ENTRY_SIZE, std::nothrow);
     if (block == nullptr)
         return nullptr;
-    Record* const record = new (block) Record(repository, driver);
+    Record* const record =
+        new (static_cast<char*>(block) + Drivers::ENTRY_SIZE) Record(repository, driver);
     record->room_ = EntryRoom(size);
     return record;
 }
 
 void Record::destroy()
 {
+    void* const block = placeInTable();
     this->~DriverWrapper();
-    ::operator delete(this);
+    ::operator delete(block);
 }
 
 String const& Record::getDriverName() const

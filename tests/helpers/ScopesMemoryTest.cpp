@@ -53,7 +53,7 @@ TEST_F(ScopesMemory, DriverThatFindsNoneIsNotHeld)
     MON_DRV = nullptr;
     const TYPtr<CDriver> own(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
     ScopedDriver scoped;
-    EXPECT_LE(3, starve([&] {
+    EXPECT_LE(2, starve([&] {
                   XCode rc = scoped.add(error_, repository(), *own);
                   EXPECT_EQ(rc.code() == 0, scoped.driver() != nullptr);
                   return rc;

@@ -1,6 +1,7 @@
 #include <cstring>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -87,6 +88,33 @@ TEST(TOVA_HashTableEntry, HasItsFieldsInOrder)
     char const* const start = reinterpret_cast<char const*>(&first);
     EXPECT_EQ(start + sizeof links, reinterpret_cast<char const*>(&first.key));
     EXPECT_EQ(start + sizeof links + sizeof(String), reinterpret_cast<char const*>(&first.value));
+}
+
+TEST(TOVA_HashTableEntry, MayHaveItsMemoryFromOutside)
+{
+    using Table = TOVA_StringHashTable<String>;
+    struct alignas(void*) Room
+    {
+        char bytes[Table::ENTRY_SIZE];
+    };
+    std::vector<Room> rooms(40);
+    const String value("value");
+    Table table;
+    table.put("before", value);
+    for (unsigned i = 0; i < rooms.size(); ++i) {
+        const Table::Iterator at = table.add(String().format("%u", i), value, &rooms[i]);
+        EXPECT_EQ(static_cast<void*>(&rooms[i]), static_cast<void*>(&*at));
+        EXPECT_EQ(0u, at->mark);
+    }
+    EXPECT_EQ(41u, table.count());
+    EXPECT_EQ(static_cast<void*>(&rooms[39]), static_cast<void*>(&*--table.end()));
+    EXPECT_EQ(static_cast<void*>(&rooms[17]), static_cast<void*>(&*table.find("17")));
+    EXPECT_EQ(42, value.buffer()->references());
+    for (unsigned i = 0; i < rooms.size(); ++i)
+        table.extract(table.find(String().format("%u", i)));
+    EXPECT_EQ(table.end(), table.find("17"));
+    EXPECT_EQ(2, value.buffer()->references());
+    EXPECT_EQ(1u, table.count()); // the table frees that one itself
 }
 
 TEST(TOVA_HashTableEntry, HasAMarkForTheOwner)

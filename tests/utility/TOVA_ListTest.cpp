@@ -270,6 +270,65 @@ TEST(TOVA_List, AnElementIsUnlinkedBeforeItIsDestroyed)
     EXPECT_EQ("0: 3/3; 1: 2/2; 2: 1/1; 3: 0/0; ", story);
 }
 
+TEST(TOVA_List, ANodeMayHaveItsMemoryFromOutside)
+{
+    struct alignas(void*) Room
+    {
+        char bytes[Strings::NODE_SIZE];
+    };
+    Room rooms[2];
+    const String text("b");
+    Strings list = listOf("ac");
+    const Strings::Iterator b = list.insert(--list.end(), text, &rooms[0]);
+    const Strings::Iterator d = list.insert(list.end(), "d", &rooms[1]);
+    EXPECT_EQ("abcd|dcba", storyOf(list));
+    EXPECT_EQ(2, text.buffer()->references());
+    EXPECT_EQ(static_cast<void*>(&rooms[0]), list.extract(b));
+    EXPECT_EQ(static_cast<void*>(&rooms[1]), list.extract(d));
+    EXPECT_EQ(1, text.buffer()->references());
+    EXPECT_EQ("ac|ca", storyOf(list));
+    EXPECT_EQ(2u, list.count());
+}
+
+TEST(TOVA_List, ForgetsWhatOwnsNothing)
+{
+    struct alignas(void*) Room
+    {
+        char bytes[TOVA_List<int>::NODE_SIZE];
+    };
+    Room rooms[2];
+    TOVA_List<int> list;
+    for (Room& room : rooms)
+        list.insert(list.end(), 1, &room);
+    list.abandon();
+    EXPECT_EQ(0u, list.count());
+    EXPECT_EQ(list.end(), list.begin());
+    list.append(2);
+    EXPECT_EQ(2, *list.begin());
+}
+
+TEST(TOVA_List, TakesANodeOver)
+{
+    Strings from = listOf("ab");
+    Strings to = listOf("x");
+    void const* const node = &*from.begin();
+    const Strings::Iterator taken = to.takeFirst(from);
+    EXPECT_EQ(node, &*taken);
+    EXPECT_EQ("xa|ax", storyOf(to));
+    EXPECT_EQ("b|b", storyOf(from));
+    EXPECT_EQ(2u, to.count());
+    EXPECT_EQ(1u, from.count());
+}
+
+// Who looks around a place needs no word for the end.
+TEST(TOVA_List, TheEndHasAnElementToo)
+{
+    TOVA_List<int> list;
+    list.append(7);
+    EXPECT_EQ(0, *++list.begin());
+    EXPECT_EQ(0, *--list.begin());
+}
+
 // The object itself is the sentinel: the link to the last node, the link to the first.
 TEST(TOVA_List, BeginsWithItsLinks)
 {

@@ -1,9 +1,11 @@
 #ifndef UTILITY_TOVA_HASHTABLE_H
 #define UTILITY_TOVA_HASHTABLE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include <utility/String.h>
@@ -202,6 +204,24 @@ public:
         return Iterator(found);
     }
 
+    /// Adds an entry for a key that has none, in memory of the caller's, `ENTRY_SIZE` bytes aligned
+    /// for a pointer. Take it out with `extract` again, before the table is destroyed.
+    Iterator add(K const& key, V value, void* room)
+    {
+        const std::uint32_t hash = H()(key);
+        makeBuckets();
+        return Iterator(link(new (room) Entry(key, std::move(value), hash)));
+    }
+    /// What an entry takes, in bytes.
+    static constexpr std::size_t ENTRY_SIZE = sizeof(Entry);
+    /// Destroys the entry at `place`, which isn't the end, and leaves its memory to the caller.
+    void extract(ConstIterator place)
+    {
+        Entry* const entry = &static_cast<Entry&>(*place.at_);
+        unlink(entry);
+        entry->~Entry();
+    }
+
     /// Removes the entry with this key; returns whether there was one.
     bool remove(K const& key)
     {
@@ -266,18 +286,28 @@ private:
     AllLink* append(K const& key, V&& value, std::uint32_t hash)
     {
         std::unique_ptr<Entry> made(new Entry(key, std::move(value), hash));
-        if (count_ >= SMALL && count_ >= bucketCount_)
-            grow(bucketCount_ == 0 ? FIRST_BUCKETS : 2 * bucketCount_);
-        Entry* const entry = made.release(); // nothing fails from here on
-        AllLink* const link = entry;
-        link->next = &all_;
-        link->prev = all_.prev;
-        link->prev->next = link;
-        all_.prev = link;
+        makeBuckets();
+        return link(made.release());
+    }
+
+    AllLink* link(Entry* entry)
+    {
+        AllLink* const all = entry;
+        all->next = &all_;
+        all->prev = all_.prev;
+        all->prev->next = all;
+        all_.prev = all;
         ++count_;
         if (bucketCount_ != 0)
             chain(entry);
-        return link;
+        return all;
+    }
+
+    /// For one entry more; nothing fails after it.
+    void makeBuckets()
+    {
+        if (count_ >= SMALL && count_ >= bucketCount_)
+            grow(bucketCount_ == 0 ? FIRST_BUCKETS : 2 * bucketCount_);
     }
 
     void grow(std::uint32_t buckets)

@@ -59,6 +59,9 @@ public:
     Iterator put(String const&, V);
     bool remove(String const&);
     Iterator remove(ConstIterator);
+    static constexpr std::size_t ENTRY_SIZE = 7 * sizeof(void*);
+    Iterator add(String const&, V, void* room);
+    void extract(ConstIterator);
     void swap(TOVA_StringHashTable&) noexcept;
 };
 
