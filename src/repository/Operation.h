@@ -41,8 +41,8 @@ private:
 /// A driver that is just leaving: what is still owed to its listeners and to itself.
 struct CDriverRepository::Departure
 {
-    /// `told` learns that it is in no repository any more. `stop`: where an offer ended that a
-    /// listener refused; the end when all had their offer.
+    /// `ofName` must outlive this. `told` learns that it is in no repository any more. `stop`:
+    /// where an offer ended that a listener refused; the end when all had their offer.
     Departure(CDriverRepository& ofRepository, DriverWrapper& ofRecord, String const& ofName,
               IDriver* toTell, Listeners::Iterator ofStop)
         : repository(ofRepository), record(ofRecord), name(ofName),
@@ -56,7 +56,7 @@ struct CDriverRepository::Departure
 
     CDriverRepository& repository;
     DriverWrapper& record;
-    const String name;
+    String const& name;
     TYPtr<IDriver> told;
     const Listeners::Iterator stop;
     Departure* const outer;

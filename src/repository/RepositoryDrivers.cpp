@@ -36,7 +36,8 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
     finishDepartures(name, driver);
     if (recordOf(name) != nullptr)
         return failKnown(error, name);
-    logDebug(0, "DrvRepo: Add driver '%s'", name.cString());
+    if (isMonitored())
+        logDebug(0, "DrvRepo: Add driver '%s'", name.cString());
     DriverWrapper* record = nullptr;
     XCode rc = enter(error, name, driver, record);
     if (rc.code() != 0) {
@@ -78,7 +79,7 @@ XCode CDriverRepository::enter(String& error, String const& name, IDriver* drive
     if (recordOf(name) != nullptr) // taken by a call from inside
         return failKnown(error, name);
     try {
-        drivers_.put(name, made.get());
+        drivers_.add(name, made.get(), made->placeInTable());
     } catch (std::bad_alloc const&) {
         return XCode::OUT_OF_MEMORY(error);
     }
@@ -154,7 +155,8 @@ void CDriverRepository::removeDriver(IDriver* driver)
         return;
     const Operation operation(*this);
     const String name(driver->getDriverName());
-    logDebug(0, "DrvRepo: Remove driver '%s'", name.cString());
+    if (isMonitored())
+        logDebug(0, "DrvRepo: Remove driver '%s'", name.cString());
     finishDepartures(name, driver);
     // Whichever driver stands under that name goes.
     const Drivers::Iterator place = drivers_.find(name);
@@ -181,7 +183,7 @@ void CDriverRepository::retire(Drivers::Iterator place, IDriver* told, Listeners
     DriverWrapper& record = *place->value;
     const String name(place->key);
     record.gone_ = true;
-    drivers_.remove(place);
+    drivers_.extract(place);
     Departure departure(*this, record, name, told, stop);
     inTurn([&] { finish(departure); }, [&] { discard(record); });
 }

@@ -61,6 +61,20 @@ Record::Entries::ConstIterator Record::find(Listener const* l) const
     return const_cast<DriverWrapper*>(this)->find(l);
 }
 
+/// Both ways at once, so that the distance counts and not the length.
+Record::Entry Record::findAround(Entry hint, Listener const* l)
+{
+    Entry up = hint;
+    Entry down = hint;
+    while (up != listeners_.end() || down != listeners_.begin()) {
+        if (down != listeners_.begin() && (--down)->listener() == l)
+            return down;
+        if (up != listeners_.end() && ++up != listeners_.end() && up->listener() == l)
+            return up;
+    }
+    return listeners_.end();
+}
+
 void Record::unlink(Entry entry)
 {
     Listener* const l = entry->listener();

@@ -7,21 +7,19 @@
 
 // The steps in the driver's list of listeners that each meeting and each parting takes.
 
-/// The listener's entry, sought around that of another, `hint`, in both directions at once: who
-/// walks the repository's list finds the next one there in a step or two, also among equals, whose
-/// order may differ.
+/// The listener's entry, sought around that of another, `hint`: who walks the repository's list
+/// finds the next one there in a step or two, also among equals, whose order may differ.
 inline CDriverRepository::DriverWrapper::Entry
 CDriverRepository::DriverWrapper::findNear(Entry hint, Listener const* l)
 {
-    Entry up = hint;
-    Entry down = hint;
-    while (up != listeners_.end() || down != listeners_.begin()) {
-        if (down != listeners_.begin() && (--down)->listener() == l)
-            return down;
-        if (up != listeners_.end() && ++up != listeners_.end() && up->listener() == l)
-            return up;
-    }
-    return listeners_.end();
+    // Around the list's end, too: what stands there names no listener.
+    Entry near = hint;
+    if ((++near)->listener() == l)
+        return near;
+    near = hint;
+    if ((--near)->listener() == l)
+        return near;
+    return findAround(hint, l);
 }
 
 /// The first valid entry of no lower priority value, the end without one, sought from `hint`.

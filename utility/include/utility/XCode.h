@@ -50,6 +50,8 @@ public:
     /// 0 for success.
     std::int32_t code() const
     {
+        if (word_ == inlineWord(0)) // most are, and callers ask for no more
+            return 0;
         if ((word_ & 1u) != 0)
             return static_cast<std::int32_t>(static_cast<std::intptr_t>(word_) >> 1);
         return word_ != 0 ? recordCode() : 0;
