@@ -1,6 +1,12 @@
 #include "SoakWorld.h"
 
+#include <algorithm>
+#include <set>
+#include <string>
+
 #include <utility/InfoContainer.h>
+
+#include <drvrepo/Explain.h>
 
 class SoakWorld::Listener final : public IDriverRepositoryObserver
 {
@@ -165,4 +171,25 @@ void SoakWorld::settle()
             attach(i, key, 1 + (i + key) % 3);
     }
     calm_ = false;
+}
+
+bool SoakWorld::isTidy() const
+{
+    String error;
+    TOVA_List<Explanation> found;
+    std::set<std::string> registered;
+    for (String const& name : names_)
+        if (explainListener(error, *repository_, name, found).code() == 0)
+            registered.insert(name.cString());
+    for (TYPtr<CDriver> const& driver : drivers_) {
+        if (explainDriver(error, *repository_, driver.get()->getDriverName(), found).code() != 0)
+            continue;
+        std::multiset<std::string> listed;
+        for (Explanation const& at : found)
+            if (at.state != Explanation::NEVER_OFFERED)
+                listed.insert(at.listener.cString());
+        if (!std::equal(listed.begin(), listed.end(), registered.begin(), registered.end()))
+            return false;
+    }
+    return true;
 }

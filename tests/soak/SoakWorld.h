@@ -28,6 +28,9 @@ public:
     /// Puts everything into the one state that all walks of this world can be compared in: every
     /// driver in, with the same attachments, and every listener registered, nobody refusing.
     void settle();
+    /// Whether the list of each driver that is in has one entry for each listener that is
+    /// registered, and no other.
+    bool isTidy() const;
 
     /// Calls made, those from inside included.
     std::uint64_t calls() const { return calls_; }

@@ -29,9 +29,10 @@ struct Living
 
 int main(int argc, char** argv)
 {
-    CLI::App app("Random calls on one repository of 64 drivers and 32 listeners. After each slice "
-                 "it is settled into the same state, where as much memory must be alive as the "
-                 "first time: nothing is left over, in no list an entry too many.");
+    CLI::App app(
+        "Random calls on one repository of 64 drivers and 32 listeners. After each slice "
+        "each driver must list each listener once. Then it is settled into the same state, "
+        "where as much memory must be alive as the first time: nothing is left over.");
     std::uint64_t calls = 1000000;
     std::uint64_t slice = 100000;
     std::uint32_t seed = 1;
@@ -56,6 +57,12 @@ int main(int argc, char** argv)
         fastest = slices == 0 || each < fastest ? each : fastest;
         slowest = each > slowest ? each : slowest;
         ++slices;
+        if (!world.isTidy()) {
+            std::printf("after %" PRIu64 " calls (seed %" PRIu32 "): a driver's list of listeners "
+                        "is not that of the repository\n",
+                        world.calls(), seed);
+            return 1;
+        }
         world.settle();
         const Living now = {allocations::living(), allocations::bytes()};
         if (now.blocks != first.blocks || now.bytes != first.bytes) {
