@@ -227,4 +227,25 @@ TEST_F(AttachmentChange, ErrorMayBeTheKeyAndTheValue)
     EXPECT_EQ("k", record().getAttachment("k"));
 }
 
+// More often than anything that is counted in 16 bits.
+TEST_F(AttachmentChange, IsToldHoweverManyWentBefore)
+{
+    MON_DRV = nullptr; // the lines of all that
+    Listener* const l = meet("a", 1, Terms().snapshot());
+    attach("first", "1");
+    const unsigned times = 70000;
+    const unsigned before = l->count(Listener::ATTACHMENT_SET);
+    for (unsigned i = 0; i < times; ++i) {
+        attach("k", i % 2 == 0 ? "1" : "2");
+        record().snapshotInitial(error_, l);
+        if (i % 1000 == 0)
+            heard();
+    }
+    // By the change, and both keys by the snapshot.
+    EXPECT_EQ(before + 3 * times, l->count(Listener::ATTACHMENT_SET));
+    heard();
+    record().snapshotFinal(l, "", "");
+    EXPECT_EQ("a: cleared e1t1 1 k=2\na: cleared e1t1 1 first=1\n", heard());
+}
+
 } // namespace

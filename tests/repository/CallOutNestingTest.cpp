@@ -146,6 +146,9 @@ TEST_F(CallOutNesting, FirstLineOfAnOperationMayOvertakeIt)
               "[add d: log[add d: A+d ok] -1<Driver already exists (CDriverRepo): d>]"
               "[k=1: log[remove d: A-d] -1<Driver 'd' does not exist>]",
               told());
+    EXPECT_EQ(" ADDING DRIVER 'd' FAILED: Driver already exists (CDriverRepo): d\n"
+              " SETTING DRIVER 'd' ATTACHMENT k=1 FAILED: Driver 'd' does not exist\n",
+              monitor().takeFailures());
 }
 
 TEST_F(CallOutNesting, RefuserRemovedByTheLineOfItsRefusalHearsNothing)
@@ -250,6 +253,19 @@ TEST_F(CallOutNesting, ValueClearedAndSetAgainByTheLineOfItsSnapshotIsToldOnce)
     });
     listen("L", 10, Terms().snapshot());
     EXPECT_EQ("[listen L: L+d log[k=: ok][k=1: L+k=1 ok] ok]", told());
+}
+
+// Among equals the one that meets the driver later stands before the others.
+TEST_F(CallOutNesting, ListenersThatMeetTheDriverInTurnStandBeforeTheirEquals)
+{
+    listen("A", 10);
+    listen("B", 10);
+    listen("C", 10);
+    told();
+    story().on("B+d", [&] { listen("L", 10); });
+    add("d");
+    EXPECT_EQ("[add d: C+d B+d[listen L: L+d ok] A+d ok]", told());
+    EXPECT_EQ("d(A L B C); L C B A", left());
 }
 
 } // namespace
