@@ -132,6 +132,17 @@ TEST_F(AnswerNesting, ChangesOfOneKeyNestDeeply)
     EXPECT_EQ("d k=3(A B C); A B C", left());
 }
 
+// The one in the middle is replaced while it finishes what the outermost still owes.
+TEST_F(AnswerNesting, ChangesOfOneKeyNestInsideOneClear)
+{
+    present("k=1");
+    story().on("C-k=1", [&] { attach("k=2"); });
+    story().on("B-k=1", [&] { attach("k=3"); });
+    attach("k=9");
+    EXPECT_EQ("[k=9: C-k=1[k=2: B-k=1[k=3: A-k=1 A+k=3 B+k=3 C+k=3 ok] ok] ok]", told());
+    EXPECT_EQ("d k=3(A B C); A B C", left());
+}
+
 TEST_F(AnswerNesting, WhoEndsItsOwnMatchWhileItJoinsIsOut)
 {
     present();
