@@ -135,6 +135,8 @@ protected:
         EXPECT_EQ(4294967295u, copy.priority());
         EXPECT_TRUE(copy.hasRightOfVeto());
         EXPECT_FALSE(copy.wantsSnapshot());
+        EXPECT_TRUE(copy.wantsType());
+        EXPECT_TRUE(copy.wantsInterface());
         std::string attributes;
         for (auto const& attribute : copy.attributes())
             attributes +=
@@ -224,6 +226,8 @@ TEST_F(ListenerRecord, AssignmentReplacesEverything)
     EXPECT_EQ(1, references());
     EXPECT_EQ(nullptr, assigned.delegate());
     EXPECT_EQ("", assigned.name());
+    EXPECT_FALSE(assigned.wantsType());
+    EXPECT_FALSE(assigned.wantsInterface());
 }
 
 TEST_F(ListenerRecord, AssignmentToItselfKeepsEverything)
