@@ -171,4 +171,18 @@ TEST_F(AttachmentRefusal, CountersCountEveryAttempt)
     EXPECT_EQ(0u, b->count(Listener::ATTACHMENT_CLEARED));
 }
 
+// A farewell of a roll-back sees the key cleared, and so has nothing of it to tell.
+TEST_F(AttachmentRefusal, WhoLeavesInTheRollBackIsNotToldTheValueGone)
+{
+    const TOVA_UUID alarms = TOVA_UUID::create(1, 1, 1, 1, "alarms");
+    driver().offer(alarms);
+    meet("a", 1, Terms().iid(alarms).snapshot());
+    meet("b", 2, Terms().iid(alarms).veto());
+    driver().withdraw(alarms);
+    observer("b").refuse("set", "no");
+    EXPECT_EQ("a: set e1t1 1 m=b\nb: refused e1t1 1 m=b\na: removed e1t1 1\n-1 no",
+              change("m", "b"));
+    EXPECT_EQ("b", active());
+}
+
 } // namespace
