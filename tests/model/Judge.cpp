@@ -406,18 +406,24 @@ void Judge::hearCleared(int registration, int driver, std::string const& key,
 }
 
 /// A refusal counts while the listener stands and nothing newer was told about what it answers.
-/// An exception out of a snapshot takes the coming back even then.
+/// An exception out of a snapshot takes the coming back even then, and nobody has heard the value
+/// that it threw at.
 void Judge::refuse(Frame const& frame, bool threw)
 {
     Pair& known = pair(frame.registration, frame.driver);
     Told& told = registrations_[static_cast<std::size_t>(frame.registration)];
     Frame const* const operation = innermostOperation();
-    if (!known.in || told.leaving || (frame.method != Method::ADDED && frame.method != Method::SET))
+    if (!known.in || (frame.method != Method::ADDED && frame.method != Method::SET))
         return;
     const bool joining = operation != nullptr && operation->serial == known.comingBy;
     const auto word = known.words.find(frame.key);
     const bool replaced = frame.method == Method::SET &&
                           (word == known.words.end() || word->second.serial != frame.serial);
+    if (told.leaving) {
+        if (threw && frame.method == Method::SET && !replaced)
+            word->second = {false, "", frame.serial};
+        return;
+    }
     if (replaced && !(threw && joining))
         return;
     if (frame.method == Method::ADDED && known.coming != frame.serial)

@@ -361,6 +361,25 @@ TEST_F(JudgeTest, RefusalOfALeavingListenerDoesNotCount)
     EXPECT_EQ("legal", verdict());
 }
 
+// Found by registry_fuzz --nest --seed 20261125 --program 42436.
+TEST_F(JudgeTest, LeavingListenerHasNotHeardTheValueThatItThrewAt)
+{
+    met();
+    begin(Operation::UNREGISTER);
+    judge_.beginCallOut(true);
+    judge_.endCallOut(0);
+    begin(Operation::SET_ATTACHMENT, "k", "a");
+    tell(Method::SET, "k", "a", 0, 1);
+    end(true, 0, 1);
+    begin(Operation::SET_ATTACHMENT, "k", "b");
+    tell(Method::SET, "k", "b");
+    value_ = "b";
+    end();
+    EXPECT_EQ("legal", verdict());
+    tell(Method::CLEARED, "k", "a");
+    EXPECT_EQ(WHO + ": told that \"k\"=\"a\" is gone, which it does not hold", verdict());
+}
+
 TEST_F(JudgeTest, FailedRegistrationTellsEveryGoing)
 {
     begin(Operation::REGISTER);
