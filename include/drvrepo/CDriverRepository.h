@@ -172,14 +172,21 @@ private:
     DriverWrapper* recordOf(String const& name) const;
     bool holds(String const& name, IDriver const* driver) const;
     static XCode failUnknown(String& error, String const& driverName);
-    XCode enter(String& error, String const& name, IDriver* driver, DriverWrapper*& record);
+    XCode enter(String& error, String const& name, IDriver* driver, Stamp looked,
+                DriverWrapper*& record);
     XCode introduce(String& error, String const& name, DriverWrapper& record);
     std::uint32_t meetingsOfNext() const;
     XCode offer(String& error, DriverWrapper& record, Listeners::Iterator& stop);
-    void retire(Drivers::Iterator place, IDriver* told, Listeners::Iterator stop);
+    void retire(String const& name, Drivers::Iterator place, IDriver* told,
+                Listeners::Iterator stop);
     void finish(Departure& departure);
     void sayFarewells(Departure& departure);
-    void finishDepartures(String const& name, IDriver const* driver);
+    void finishDepartures(String const& name, IDriver const* driver)
+    {
+        if (departures_ != nullptr)
+            finishEach(name, driver);
+    }
+    void finishEach(String const& name, IDriver const* driver);
     void discard(DriverWrapper& record);
     void unlink(DriverWrapper& record);
 

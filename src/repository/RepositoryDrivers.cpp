@@ -34,12 +34,13 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
     Operation operation(*this);
     const String name(driver->getDriverName());
     finishDepartures(name, driver);
+    const Stamp looked = clock_;
     if (recordOf(name) != nullptr)
         return failKnown(error, name);
     if (isMonitored())
         logDebug(0, "DrvRepo: Add driver '%s'", name.cString());
     DriverWrapper* record = nullptr;
-    XCode rc = enter(error, name, driver, record);
+    XCode rc = enter(error, name, driver, looked, record);
     if (rc.code() != 0) {
         logFailure(name, error);
         return rc;
@@ -47,7 +48,7 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
     rc = introduce(error, name, *record);
     const bool freed = operation.settle();
     if ((rc.code() == 0 && !freed) || holds(name, driver)) {
-        error = String::EMPTY();
+        succeed(error);
         return XCode();
     }
     if (rc.code() == 0) {
@@ -67,8 +68,8 @@ std::uint32_t CDriverRepository::meetingsOfNext() const
     return count;
 }
 
-/// Makes the driver's record and takes it in under the name.
-XCode CDriverRepository::enter(String& error, String const& name, IDriver* driver,
+/// Makes the driver's record and takes it in under the name, which was free at `looked`.
+XCode CDriverRepository::enter(String& error, String const& name, IDriver* driver, Stamp looked,
                                DriverWrapper*& record)
 {
     const auto destroy = [](DriverWrapper* unused) { unused->destroy(); };
@@ -76,7 +77,7 @@ XCode CDriverRepository::enter(String& error, String const& name, IDriver* drive
         DriverWrapper::create(this, driver, meetingsOfNext()), destroy);
     if (made == nullptr)
         return XCode::OUT_OF_MEMORY(error);
-    if (recordOf(name) != nullptr) // taken by a call from inside
+    if (clock_ != looked && recordOf(name) != nullptr) // taken by a call from inside
         return failKnown(error, name);
     try {
         drivers_.add(name, made.get(), made->placeInTable());
@@ -101,7 +102,7 @@ XCode CDriverRepository::introduce(String& error, String const& name, DriverWrap
         inTurn(
             [&] {
                 if (!record.gone_)
-                    retire(drivers_.find(name), driver, stop);
+                    retire(name, drivers_.find(name), driver, stop);
             },
             [&] {
                 if (!holds(name, driver))
@@ -135,10 +136,13 @@ bool CDriverRepository::holds(String const& name, IDriver const* driver) const
 [[gnu::flatten]] XCode CDriverRepository::offer(String& error, DriverWrapper& record,
                                                 Listeners::Iterator& stop)
 {
+    stop = listeners_.begin();
+    if (stop == listeners_.end()) // spares preparing
+        return XCode();
     const bool mayKnow = false;
     DriverWrapper::Entry hint = record.listeners_.begin();
     DriverWrapper::Voice voice;
-    for (stop = listeners_.begin(); stop != listeners_.end(); ++stop) {
+    for (; stop != listeners_.end(); ++stop) {
         Listener* const listener = stop->listener();
         if (record.gone_ || listener->gone_ || listener->stamp_ > record.stamp_)
             continue;
@@ -161,7 +165,7 @@ void CDriverRepository::removeDriver(IDriver* driver)
     // Whichever driver stands under that name goes.
     const Drivers::Iterator place = drivers_.find(name);
     if (place != drivers_.end())
-        retire(place, driver, listeners_.end());
+        retire(name, place, driver, listeners_.end());
 }
 
 void CDriverRepository::removeDriver(String const& name)
@@ -177,11 +181,11 @@ void CDriverRepository::removeDriver(String const& name)
     removeDriver(driver);
 }
 
-/// Takes the driver at that place out and tells the listeners and, at last, `told`.
-void CDriverRepository::retire(Drivers::Iterator place, IDriver* told, Listeners::Iterator stop)
+/// Takes the driver of that name, at that place, out and tells the listeners and, at last, `told`.
+void CDriverRepository::retire(String const& name, Drivers::Iterator place, IDriver* told,
+                               Listeners::Iterator stop)
 {
     DriverWrapper& record = *place->value;
-    const String name(place->key);
     record.gone_ = true;
     drivers_.extract(place);
     Departure departure(*this, record, name, told, stop);
@@ -203,6 +207,8 @@ void CDriverRepository::finish(Departure& departure)
 [[gnu::flatten]] void CDriverRepository::sayFarewells(Departure& departure)
 {
     DriverWrapper& record = departure.record;
+    if (listeners_.count() == 0) // spares preparing
+        return;
     bool offered = departure.stop == listeners_.end();
     DriverWrapper::Entry hint = record.listeners_.end();
     DriverWrapper::Voice voice;
@@ -221,7 +227,7 @@ void CDriverRepository::finish(Departure& departure)
 }
 
 /// Does what is still owed for drivers that are just leaving under that name, or that driver.
-void CDriverRepository::finishDepartures(String const& name, IDriver const* driver)
+void CDriverRepository::finishEach(String const& name, IDriver const* driver)
 {
     for (Departure* at = departures_; at != nullptr; at = at->outer)
         if (at->name == name || (driver != nullptr && at->record.getDriver() == driver))

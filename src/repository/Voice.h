@@ -16,7 +16,7 @@ struct CDriverRepository::DriverWrapper::Voice
         bool lent = false;
     };
 
-    Voice() = default;
+    Voice() {} // not `= default`, or the compiler clears all the room for events each time
     Voice(Voice const&) = delete;
     Voice& operator=(Voice const&) = delete;
 
