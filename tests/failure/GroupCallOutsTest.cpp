@@ -1,4 +1,6 @@
+#include <cstring>
 #include <functional>
+#include <stdexcept>
 
 #include <support/GroupFixture.h>
 
@@ -99,6 +101,40 @@ TEST(GroupCallOuts, ObserverLeavesWhileAGoingIsCloned)
     for (int when = 1; when <= 3; ++when)
         EXPECT_EQ(a + c, leaveAtReference<RecordingGroupObserver>(when, 0xf, 0)) << when;
     EXPECT_EQ(a + b + c, leaveAtReference<RecordingGroupObserver>(4, 0xf, 0)); // there is none
+}
+
+/// Throws from the line that says that observers are told of an addition.
+class ThrowingMonitor : public RTD::Monitor
+{
+public:
+    ThrowingMonitor() { MON_DRV = this; }
+    ~ThrowingMonitor() override { MON_DRV = nullptr; }
+
+protected:
+    void write(int, char const* fmt, std::va_list) const override UTILITY_PRINTF(3, 0)
+    {
+        if (std::strstr(fmt, "onTimeslotsAdded") != nullptr)
+            throw std::runtime_error(fmt);
+    }
+};
+
+// One of them is registered twice: its second place must not be taken for that of who was told.
+TEST(GroupCallOuts, NobodyHearsTheGoingOfAnAdditionThatTheLogCutShort)
+{
+    EventLog log;
+    RecordingGroupObserver a(log, "a");
+    RecordingGroupObserver b(log, "b");
+    const TYPtr<CChannelGroup> group(new CChannelGroup("B"));
+    String message;
+    for (RecordingGroupObserver* observer : {&a, &b, &a})
+        group.get()->addChannelGroupObserver(message, observer, 1, true, false);
+    log.take();
+    {
+        const ThrowingMonitor monitor;
+        EXPECT_THROW(group.get()->setTimeslots(message, 0xf), std::runtime_error);
+    }
+    EXPECT_EQ("", log.take());
+    EXPECT_EQ(0u, group.get()->getTimeslots());
 }
 
 } // namespace
