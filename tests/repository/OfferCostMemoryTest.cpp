@@ -188,8 +188,17 @@ TEST_F(OfferCost, RoomOfAListenerServesTheNextDriver)
     repository().removeDriverRepositoryObserver("1");
     listenUpTo(5); // the two who come now bring room
     repository().removeDriver(plain.get());
+    const std::uint64_t before = allocations::count();
     EXPECT_EQ(alone + 2 * entry, bytesOf(repository(), plain.get()));
+    const std::uint64_t asked = allocations::count() - before;
+
+    // It is full again: one more driver brings room for all four, and asks no more often.
+    const TYPtr<CDriver> another(new CDriver(IDriver::DID_UNKNOWN(), "fxs 2"));
+    const std::uint64_t next = allocations::count();
+    EXPECT_EQ(alone + 4 * entry, bytesOf(repository(), another.get()));
+    EXPECT_EQ(asked, allocations::count() - next);
     repository().removeDriver(plain.get());
+    repository().removeDriver(another.get());
 }
 
 } // namespace
