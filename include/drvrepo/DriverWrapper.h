@@ -43,8 +43,6 @@ public:
     /// Whether they would if attachment `key` had `value`; an attachment can't change which
     /// interfaces a driver offers, so these are not asked for.
     bool talksTo(Listener const* l, String const& key, String const& value) const;
-    /// Whether the driver has that type, name and attachments; the vocabulary of queries.
-    bool meets(TOVA_UUID const& did, String const& prefix, Attributes const& attributes) const;
 
     /// Records a listener once more; `active` counts for a new entry only. Returns how often it
     /// is recorded now. Failure: std::bad_alloc.

@@ -103,7 +103,6 @@ XCode Record::Change::set(String& error)
 /// Leaves the key cleared and tells those who heard the value that it is gone.
 void Record::Change::rollBack(Setting& walk)
 {
-    walk.giveUp();
     if (replaced_ || record_.gone_)
         return;
     record_.store(key_, String::EMPTY());

@@ -166,5 +166,5 @@ bool Record::Setting::holds(Entry entry) const
 
 bool Record::Setting::isLive() const
 {
-    return !refused_ && !change_.isReplaced();
+    return !change_.isReplaced();
 }

@@ -130,23 +130,16 @@ void Explainer::tellLeaving(WhatIf& whatIf, Override const& old) const
     tell(whatIf, Listener::DRIVER_REMOVED, String::EMPTY(), String::EMPTY());
 }
 
-/// The initial snapshot sees the new value; that of a new key comes last.
+/// The initial snapshot sees the new value, and passes it over: nobody joins through an attachment
+/// without which it would be selected.
 void Explainer::tellJoining(WhatIf& whatIf, Override const& changed) const
 {
     tell(whatIf, Listener::DRIVER_ADDED, String::EMPTY(), String::EMPTY());
-    const auto tellSet = [&](String const& key, String const& value) {
-        const Override without = {key, String::EMPTY()};
-        if (listener_.wantsSnapshot() && !value.isEmpty() && suits(&without, &changed))
-            tell(whatIf, Listener::ATTACHMENT_SET, key, value);
-    };
-    bool known = false;
     for (auto const& attachment : record_.getAttachments()) {
-        const bool isChanged = attachment.key == changed.key;
-        known = known || isChanged;
-        tellSet(attachment.key, isChanged ? changed.value : attachment.value);
+        const Override without = {attachment.key, String::EMPTY()};
+        if (listener_.wantsSnapshot() && !attachment.value.isEmpty() && suits(&without, &changed))
+            tell(whatIf, Listener::ATTACHMENT_SET, attachment.key, attachment.value);
     }
-    if (!known)
-        tellSet(changed.key, changed.value);
 }
 
 void Explainer::tell(WhatIf& whatIf, Notification kind, String const& key,

@@ -168,7 +168,6 @@ public:
     XCode run(String& error);
     bool holds(Entry entry) const override;
     bool isLive() const override;
-    void giveUp() { refused_ = true; }
 
 private:
     bool isWanted(Entry entry) const;
@@ -176,7 +175,6 @@ private:
     XCode join(String& error);
 
     Change const& change_;
-    bool refused_ = false;
 };
 
 /// One attachment is being changed: first cleared, then set.

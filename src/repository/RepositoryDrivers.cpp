@@ -113,8 +113,7 @@ XCode CDriverRepository::introduce(String& error, String const& name, DriverWrap
         [&] {
             driver->setDriverRepository(this);
             XCode rc = offer(error, record, stop);
-            const bool stands = rc.code() != 0 || !record.gone_ || holds(name, driver);
-            return stands ? std::move(rc) : failUnknown(error, name);
+            return rc.code() == 0 && record.gone_ ? failUnknown(error, name) : std::move(rc);
         },
         undo);
 }

@@ -12,8 +12,3 @@ bool Record::talksTo(Listener const* l, String const& key, String const& value) 
     const Override changed = {key, value};
     return hasDID(*l) && isNamed(l->prefix()) && carries(l->attributes(), &changed);
 }
-
-bool Record::meets(TOVA_UUID const& did, String const& prefix, Attributes const& attributes) const
-{
-    return (!did.isValid() || isOfType(did)) && isNamed(prefix) && carries(attributes);
-}

@@ -268,29 +268,4 @@ TEST_F(TalksTo, AsksTheDriverUnlocked)
 }
 
 // What queries ask for: all three must hold.
-TEST_F(TalksTo, TypeNameAndAttachmentsOfAQuery)
-{
-    attach("slot", "12");
-    IDriverRepository::Attributes none;
-    IDriverRepository::Attributes slot1;
-    slot1.put("slot", "1");
-    IDriverRepository::Attributes slot2;
-    slot2.put("slot", "2");
-    struct
-    {
-        TOVA_UUID did;
-        char const* prefix;
-        IDriverRepository::Attributes const& attributes;
-        bool meets;
-    } const cases[] = {
-        {TOVA_UUID::INVALID(), "", none, true},      {DID(), "e1t1 1", slot1, true},
-        {IDriver::DID_UNKNOWN(), "", none, false},   {IDriver::DID_UNKNOWN(), "e1", slot1, false},
-        {TOVA_UUID::INVALID(), "fxs", slot1, false}, {DID(), "e1", slot2, false},
-        {TOVA_UUID::INVALID(), "fxs", slot2, false}, {IDriver::DID_UNKNOWN(), "fxs", slot2, false},
-    };
-    for (auto const& c : cases)
-        EXPECT_EQ(c.meets, record().meets(c.did, c.prefix, c.attributes))
-            << c.did.name() << " " << c.prefix;
-}
-
 } // namespace

@@ -239,7 +239,7 @@ private:
         sentinel_.next->prev = &sentinel_;
     }
 
-    Node sentinel_; // its element is never read
+    Node sentinel_; // its element stays as it was made
     std::uint32_t count_;
 };
 
