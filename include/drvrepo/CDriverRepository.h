@@ -88,12 +88,9 @@ public:
     private:
         friend class DriverWrapper;
 
-        /// Whose memory a driver's entry is in.
-        enum Home : std::uint8_t { APART, WITH_DRIVER, WITH_LISTENER };
-
         Listener* listener_ = nullptr;
         bool active_ = false;
-        Home home_ = APART;
+        bool isApart_ = false;       // a driver's entry has memory of its own
         std::uint16_t joinedIn_ = 0; // how many attachment walks were under way when it came
         std::int32_t refCount_ = 1;
     };
@@ -175,7 +172,6 @@ private:
     XCode enter(String& error, String const& name, IDriver* driver, Stamp looked,
                 DriverWrapper*& record);
     XCode introduce(String& error, String const& name, DriverWrapper& record);
-    std::uint32_t meetingsOfNext() const;
     XCode offer(String& error, DriverWrapper& record, Listeners::Iterator& stop);
     void retire(String const& name, Drivers::Iterator place, IDriver* told,
                 Listeners::Iterator stop);

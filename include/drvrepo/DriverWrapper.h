@@ -139,6 +139,7 @@ private:
     Entry findAround(Entry hint, Listener const* l);
     Entry placeNear(Entry hint, Listener const* l);
     Entry link(Entry place, Listener* l, bool active);
+    void* roomApart();
     void unlink(Entry entry);
     void activate(Entry entry);
     void deactivate(Entry entry);
@@ -201,6 +202,7 @@ private:
 
     bool lateEntries_ = false;        // an entry came while an attachment walk was under way
     bool lateValues_ = false;         // a value was set while a snapshot was under way
+    bool entriesApart_ = false;       // an entry has memory of its own
     std::uint16_t walkLevel_ = 0;     // attachment walks under way
     std::uint16_t snapshotLevel_ = 0; // snapshots under way
 

@@ -41,6 +41,19 @@ public:
     ~Listener();
 
     /// @{
+    /// With the room for its place in the repository's list before it.
+    static void* operator new(std::size_t size)
+    {
+        return static_cast<char*>(::operator new(PLACE_SIZE + size)) + PLACE_SIZE;
+    }
+    static void operator delete(void* listener)
+    {
+        if (listener != nullptr)
+            ::operator delete(static_cast<Listener*>(listener)->placeInList());
+    }
+    /// @}
+
+    /// @{
     /// As given to the constructor.
     String const& name() const { return name_; }
     TOVA_UUID const& did() const { return classId_; }
@@ -65,34 +78,42 @@ public:
     bool isGone() const { return gone_; }
 
     /// @{
-    /// Whether it asks for a type of driver, for an interface.
-    bool wantsType() const { return hasType_; }
-    bool wantsInterface() const { return hasInterface_; }
+    /// Whether it asks for a type of driver, for an interface, for attachments.
+    bool wantsType() const { return (wants_ & TYPE) != 0; }
+    bool wantsInterface() const { return (wants_ & INTERFACE) != 0; }
+    bool wantsAttributes() const { return (wants_ & ATTRIBUTES) != 0; }
     /// @}
 
 private:
     friend class CDriverRepository;
 
-    bool makeRoom(std::uint32_t entries);
+    /// What criteria ask for, as bits.
+    enum Wants : std::uint8_t { TYPE = 1, INTERFACE = 2, ATTRIBUTES = 4 };
 
-    String name_;
-    TOVA_UUID classId_;
-    TOVA_UUID interfaceId_;
-    String pattern_;
-    Attributes attributes_;
+    static std::uint8_t wantsOf(TOVA_UUID const& classId, TOVA_UUID const& interfaceId,
+                                Attributes const& attributes);
+    bool makeRoom(std::uint32_t entries);
+    void* placeInList() { return reinterpret_cast<char*>(this) - PLACE_SIZE; }
+
+    // The place in the repository's list, before a listener on the heap.
+    static constexpr std::size_t PLACE_SIZE =
+        (TOVA_List<ListenerWrapper>::NODE_SIZE + alignof(Stamp) - 1) & ~(alignof(Stamp) - 1);
+
+    // What every walk looks at: close together, and to that place.
+    Stamp stamp_ = 0; // 0 without a registration, which a copy is
     std::uint32_t priority_ = 0;
+    bool gone_ = false;
     bool rightOfVeto_ = false;
     bool snapshotFlag_ = false;
+    std::uint8_t wants_ = 0;
+    String pattern_;
+    TOVA_UUID classId_;
     TYPtr<Delegate> delegate_;
     std::uint32_t counts_[4] = {};
 
-    // What the criteria ask for at all.
-    bool hasType_ = false;
-    bool hasInterface_ = false;
-
-    // The registration; a copy is none.
-    Stamp stamp_ = 0;
-    bool gone_ = false;
+    Attributes attributes_;
+    TOVA_UUID interfaceId_;
+    String name_;
     Listener* nextGrave_ = nullptr;
     EntryRoom room_;
     std::unique_ptr<char[]> block_; // the room's

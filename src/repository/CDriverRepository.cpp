@@ -13,6 +13,7 @@ CDriverRepository::~CDriverRepository()
 {
     while (!drivers_.isEmpty())
         drivers_.extract(drivers_.begin());
+    listeners_.abandon();
 }
 
 XCode CDriverRepository::queryInterface(TOVA_UUID const& iid, void** out)
@@ -58,9 +59,11 @@ void CDriverRepository::bury()
                 ++at;
                 continue;
             }
+            const Listeners::Iterator place = at;
+            ++at;
+            listeners_.extract(place);
             listener->nextGrave_ = goneListeners;
             goneListeners = listener;
-            at = listeners_.remove(at);
         }
         for (DriverWrapper* record = oldest_; record != nullptr;) {
             DriverWrapper* const newer = record->newer_;

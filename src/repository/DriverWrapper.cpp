@@ -1,6 +1,5 @@
 #include <drvrepo/DriverWrapper.h>
 
-#include <algorithm>
 #include <new>
 
 using Record = CDriverRepository::DriverWrapper;
@@ -13,8 +12,8 @@ Record::DriverWrapper(IDriverRepository* repository, IDriver* driver)
 
 Record::~DriverWrapper()
 {
-    // Entries own nothing: those in the record's own room may just be forgotten.
-    if (listeners_.count() != room_.inUse())
+    // Entries own nothing: those in somebody's room may just be forgotten.
+    if (entriesApart_)
         while (listeners_.count() != 0)
             unlink(listeners_.begin());
     listeners_.abandon();
@@ -22,15 +21,14 @@ Record::~DriverWrapper()
 
 Record* Record::create(IDriverRepository* repository, IDriver* driver, std::uint32_t entries)
 {
-    const std::uint32_t size = std::min(entries, EntryRoom::MOST);
     static_assert(Drivers::ENTRY_SIZE % alignof(Record) == 0, "the record follows it");
     void* const block = ::operator new(
-        Drivers::ENTRY_SIZE + sizeof(Record) + size * EntryRoom::ENTRY_SIZE, std::nothrow);
+        Drivers::ENTRY_SIZE + sizeof(Record) + entries * EntryRoom::ENTRY_SIZE, std::nothrow);
     if (block == nullptr)
         return nullptr;
     Record* const record =
         new (static_cast<char*>(block) + Drivers::ENTRY_SIZE) Record(repository, driver);
-    record->room_ = EntryRoom(size);
+    record->room_ = EntryRoom(entries);
     return record;
 }
 

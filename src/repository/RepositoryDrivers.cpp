@@ -58,23 +58,13 @@ XCode CDriverRepository::addDriver(String& error, IDriver* driver)
     return rc;
 }
 
-/// How many listeners have no room for an entry of the next driver.
-std::uint32_t CDriverRepository::meetingsOfNext() const
-{
-    std::uint32_t count = 0;
-    for (ListenerWrapper const& at : listeners_)
-        if (at.listener()->room_.isFull())
-            ++count;
-    return count;
-}
-
 /// Makes the driver's record and takes it in under the name, which was free at `looked`.
 XCode CDriverRepository::enter(String& error, String const& name, IDriver* driver, Stamp looked,
                                DriverWrapper*& record)
 {
     const auto destroy = [](DriverWrapper* unused) { unused->destroy(); };
     std::unique_ptr<DriverWrapper, decltype(destroy)> made(
-        DriverWrapper::create(this, driver, meetingsOfNext()), destroy);
+        DriverWrapper::create(this, driver, listeners_.count()), destroy);
     if (made == nullptr)
         return XCode::OUT_OF_MEMORY(error);
     if (clock_ != looked && recordOf(name) != nullptr) // taken by a call from inside

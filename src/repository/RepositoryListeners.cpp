@@ -111,12 +111,8 @@ XCode CDriverRepository::enter(String& error, Listener* listener)
     while (place != listeners_.end() &&
            (!place->isValid() || place->listener()->priority() < listener->priority()))
         ++place;
-    try {
-        const bool active = false;
-        listeners_.insert(place, ListenerWrapper(listener, active));
-    } catch (std::bad_alloc const&) {
-        return XCode::OUT_OF_MEMORY(error);
-    }
+    const bool active = false;
+    listeners_.insert(place, ListenerWrapper(listener, active), listener->placeInList());
     listener->stamp_ = ++clock_;
     return XCode();
 }
@@ -228,6 +224,6 @@ void CDriverRepository::discard(Listener& listener)
     Listeners::Iterator at = listeners_.begin();
     while (at->listener() != &listener)
         ++at;
-    listeners_.remove(at);
+    listeners_.extract(at);
     delete &listener;
 }

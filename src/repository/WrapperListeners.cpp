@@ -75,17 +75,21 @@ Record::Entry Record::findAround(Entry hint, Listener const* l)
     return listeners_.end();
 }
 
+/// Memory for one entry, of its own: for who came while the driver's record was being made, and for
+/// records that are in no repository.
+void* Record::roomApart()
+{
+    void* const room = ::operator new(EntryRoom::ENTRY_SIZE);
+    entriesApart_ = true;
+    return room;
+}
+
 void Record::unlink(Entry entry)
 {
-    Listener* const l = entry->listener();
-    const auto home = entry->home_;
-    void* const place = listeners_.extract(entry);
-    if (home == ListenerWrapper::WITH_LISTENER)
-        l->room_.giveBack(l->block_.get(), place);
-    else if (home == ListenerWrapper::WITH_DRIVER)
-        room_.giveBack(this + 1, place);
-    else
-        ::operator delete(place);
+    const bool isApart = entry->isApart_;
+    void* const room = listeners_.extract(entry);
+    if (isApart)
+        ::operator delete(room);
 }
 
 bool Record::isBefore(Entry entry, Entry stop)

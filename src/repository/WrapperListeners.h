@@ -42,18 +42,13 @@ CDriverRepository::DriverWrapper::placeNear(Entry hint, Listener const* l)
 inline CDriverRepository::DriverWrapper::Entry
 CDriverRepository::DriverWrapper::link(Entry place, Listener* l, bool active)
 {
-    auto home = ListenerWrapper::WITH_LISTENER;
-    void* room = l->room_.take(l->block_.get());
-    if (room == nullptr) {
-        home = ListenerWrapper::WITH_DRIVER;
-        room = room_.take(this + 1);
-    }
-    if (room == nullptr) {
-        home = ListenerWrapper::APART;
-        room = ::operator new(EntryRoom::ENTRY_SIZE);
-    }
+    void* room = l->stamp() > stamp_ ? l->room_.take(l->block_.get())
+                                     : room_.take(this + 1); // the later one's
+    const bool isApart = room == nullptr;
+    if (isApart)
+        room = roomApart();
     const Entry entry = listeners_.insert(place, ListenerWrapper(l, active), room);
-    entry->home_ = home;
+    entry->isApart_ = isApart;
     entry->joinedIn_ = walkLevel_;
     lateEntries_ = lateEntries_ || walkLevel_ != 0;
     return entry;

@@ -48,7 +48,8 @@ inline bool CDriverRepository::DriverWrapper::carries(Attributes const& wanted,
 
 inline bool CDriverRepository::DriverWrapper::selects(Listener const& l) const
 {
-    return hasDID(l) && offers(l) && isNamed(l.prefix()) && carries(l.attributes());
+    return hasDID(l) && offers(l) && isNamed(l.prefix()) &&
+           (!l.wantsAttributes() || carries(l.attributes()));
 }
 
 #endif

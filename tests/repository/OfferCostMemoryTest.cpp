@@ -166,39 +166,19 @@ TEST_F(OfferCost, WhoComesLaterBringsTheRoomForTheMeetings)
 
     listenUpTo(3); // to nobody yet
     EXPECT_EQ(alone + 3 * entry, bytesOf(repository(), first.get()));
-    listenUpTo(5); // the fourth and the fifth each bring room for the one driver
-    repository().removeDriver(first.get());
-    EXPECT_EQ(alone + 3 * entry, bytesOf(repository(), first.get()));
+    repository().addDriver(error_, second.get());
+    const std::int64_t before = allocations::bytes();
+    listenUpTo(4);
+    const std::int64_t forTwo = allocations::bytes() - before;
+    repository().removeDriver(second.get());
+    const std::int64_t after = allocations::bytes();
+    listenUpTo(5);
+    EXPECT_EQ(forTwo - entry, allocations::bytes() - after);
+
+    // The next driver brings room for all, also for those who brought some for another.
     EXPECT_EQ(alone + 5 * entry, bytesOf(repository(), second.get()));
     repository().removeDriver(first.get());
     repository().removeDriver(second.get());
-}
-
-// A driver that goes leaves to each listener the room that this one brought, also if another
-// listener had left the driver's own room before.
-TEST_F(OfferCost, RoomOfAListenerServesTheNextDriver)
-{
-    const std::int64_t entry = 3 * sizeof(void*) + 8;
-    const TYPtr<CDriver> plain(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
-    const std::int64_t alone = bytesOf(repository(), plain.get());
-    repository().removeDriver(plain.get());
-
-    listenUpTo(3);
-    bytesOf(repository(), plain.get());
-    repository().removeDriverRepositoryObserver("1");
-    listenUpTo(5); // the two who come now bring room
-    repository().removeDriver(plain.get());
-    const std::uint64_t before = allocations::count();
-    EXPECT_EQ(alone + 2 * entry, bytesOf(repository(), plain.get()));
-    const std::uint64_t asked = allocations::count() - before;
-
-    // It is full again: one more driver brings room for all four, and asks no more often.
-    const TYPtr<CDriver> another(new CDriver(IDriver::DID_UNKNOWN(), "fxs 2"));
-    const std::uint64_t next = allocations::count();
-    EXPECT_EQ(alone + 4 * entry, bytesOf(repository(), another.get()));
-    EXPECT_EQ(asked, allocations::count() - next);
-    repository().removeDriver(plain.get());
-    repository().removeDriver(another.get());
 }
 
 } // namespace
