@@ -137,7 +137,9 @@ private:
     Entries::ConstIterator find(Listener const* l) const;
     Entry findNear(Entry hint, Listener const* l);
     Entry findAround(Entry hint, Listener const* l);
-    Entry placeNear(Entry hint, Listener const* l);
+    static bool isAhead(Entry at, std::uint32_t priority);
+    Entry placeNear(Entry hint, std::uint32_t priority);
+    Entry placeAround(Entry hint, std::uint32_t priority);
     Entry link(Entry place, Listener* l, bool active);
     void* roomApart();
     void unlink(Entry entry);
@@ -203,6 +205,7 @@ private:
     bool lateEntries_ = false;        // an entry came while an attachment walk was under way
     bool lateValues_ = false;         // a value was set while a snapshot was under way
     bool entriesApart_ = false;       // an entry has memory of its own
+    bool hadActive_ = false;          // an entry is active, or has been
     std::uint16_t walkLevel_ = 0;     // attachment walks under way
     std::uint16_t snapshotLevel_ = 0; // snapshots under way
 

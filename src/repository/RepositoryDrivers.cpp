@@ -196,7 +196,7 @@ void CDriverRepository::finish(Departure& departure)
 [[gnu::flatten]] void CDriverRepository::sayFarewells(Departure& departure)
 {
     DriverWrapper& record = departure.record;
-    if (listeners_.count() == 0) // spares preparing
+    if (!record.hadActive_) // nobody has been told of it
         return;
     bool offered = departure.stop == listeners_.end();
     DriverWrapper::Entry hint = record.listeners_.end();

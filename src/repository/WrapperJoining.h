@@ -54,7 +54,8 @@ inline XCode CDriverRepository::DriverWrapper::meet(String& error, Listener* l, 
     const Entry known = mayKnow ? find(l) : listeners_.end();
     if (known == listeners_.end()) {
         try {
-            hint = link(placeNear(hint, l), l, matches);
+            hint = link(mayKnow ? placeAround(hint, l->priority()) : placeNear(hint, l->priority()),
+                        l, matches);
         } catch (std::bad_alloc const&) {
             return XCode::OUT_OF_MEMORY(error);
         }
@@ -66,6 +67,7 @@ inline XCode CDriverRepository::DriverWrapper::meet(String& error, Listener* l, 
         succeed(error);
         return XCode();
     }
+    hadActive_ = true;
     Joining joining(*this, hint, voice);
     return welcome(error, joining, REFUSED_OFFER);
 }

@@ -9,7 +9,8 @@ int Record::addListenerOnce(Listener* l, bool active)
     const Entry known = find(l);
     if (known != listeners_.end())
         return known->incRef();
-    link(placeNear(listeners_.begin(), l), l, active);
+    link(placeAround(listeners_.begin(), l->priority()), l, active);
+    hadActive_ = hadActive_ || active;
     return 1;
 }
 
@@ -61,9 +62,27 @@ Record::Entries::ConstIterator Record::find(Listener const* l) const
     return const_cast<DriverWrapper*>(this)->find(l);
 }
 
-/// Both ways at once, so that the distance counts and not the length.
+/// The first valid entry of no lower priority value, the end without one, sought from `hint`.
+Record::Entry Record::placeAround(Entry hint, std::uint32_t priority)
+{
+    Entry at = hint;
+    if (at == listeners_.end() || !isAhead(at, priority))
+        for (Entry before = at; before != listeners_.begin(); at = before)
+            if (isAhead(--before, priority))
+                break;
+    while (at != listeners_.end() && (!at->isValid() || isAhead(at, priority)))
+        ++at;
+    return at;
+}
+
+/// Both ways at once, so that the distance counts and not the length; but only towards the
+/// beginning when the priority says so.
 Record::Entry Record::findAround(Entry hint, Listener const* l)
 {
+    if (hint != listeners_.end() && l->priority() < hint->listener()->priority())
+        for (Entry at = hint; at != listeners_.begin();)
+            if ((--at)->listener() == l)
+                return at;
     Entry up = hint;
     Entry down = hint;
     while (up != listeners_.end() || down != listeners_.begin()) {

@@ -22,21 +22,24 @@ CDriverRepository::DriverWrapper::findNear(Entry hint, Listener const* l)
     return findAround(hint, l);
 }
 
-/// The first valid entry of no lower priority value, the end without one, sought from `hint`.
-inline CDriverRepository::DriverWrapper::Entry
-CDriverRepository::DriverWrapper::placeNear(Entry hint, Listener const* l)
+/// Whether a listener of that priority stands behind the entry.
+inline bool CDriverRepository::DriverWrapper::isAhead(Entry at, std::uint32_t priority)
 {
-    const auto isBefore = [l](Entry at) {
-        return at->isValid() && at->listener()->priority() < l->priority();
-    };
-    Entry at = hint;
-    if (at == listeners_.end() || !isBefore(at))
-        for (Entry before = at; before != listeners_.begin(); at = before)
-            if (isBefore(--before))
-                break;
-    while (at != listeners_.end() && (!at->isValid() || isBefore(at)))
-        ++at;
-    return at;
+    return at->isValid() && at->listener()->priority() < priority;
+}
+
+/// The same for offers in priority order, where it is `hint` or the end. Only who knows an entry
+/// already can bring one back out of order.
+inline CDriverRepository::DriverWrapper::Entry
+CDriverRepository::DriverWrapper::placeNear(Entry hint, std::uint32_t priority)
+{
+    const Entry end = listeners_.end();
+    const Entry place = hint == end || isAhead(hint, priority) ? end : hint;
+    Entry before = place;
+    if ((place == listeners_.begin() || isAhead(--before, priority)) &&
+        (place == end || place->isValid()))
+        return place;
+    return placeAround(hint, priority);
 }
 
 inline CDriverRepository::DriverWrapper::Entry
@@ -59,6 +62,7 @@ inline void CDriverRepository::DriverWrapper::activate(Entry entry)
     entry->activate();
     entry->joinedIn_ = walkLevel_;
     lateEntries_ = lateEntries_ || walkLevel_ != 0;
+    hadActive_ = true;
 }
 
 inline void CDriverRepository::DriverWrapper::deactivate(Entry entry)

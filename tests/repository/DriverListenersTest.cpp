@@ -118,6 +118,24 @@ TEST_F(DriverListeners, NewOneStepsOverDeadEntries)
     EXPECT_EQ("b, c, a, d, z", active());
 }
 
+TEST_F(DriverListeners, OneBroughtBackOutOfOrderIsAPlaceToStandBefore)
+{
+    const Terms byKey = Terms().attribute("k", "v");
+    Listener* const a = make("a", 5, byKey);
+    record().addListenerOnce(make("x", 1), true);
+    record().addListenerOnce(a, true);
+    record().removeListenerOnce(a);
+    record().addListenerOnce(make("b", 3), true); // x, (a), b
+    record().addListenerOnce(a, true);
+    String error;
+    Listener* const c = make("c", 4);
+    EXPECT_EQ(0, record().addListener(error, c).code()); // x, c, a, b
+    attach("k", "v");
+    EXPECT_EQ("x, c, a, b", active());
+    record().addListenerOnce(make("d", 4), true);
+    EXPECT_EQ("x, d, c, a, b", active());
+}
+
 TEST_F(DriverListeners, AllDeadPutsTheNewOneLast)
 {
     Listener* const a = make("a", 1);
