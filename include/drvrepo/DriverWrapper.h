@@ -192,13 +192,10 @@ private:
     void rematch();
     void rematch(Entry entry);
 
-    IDriverRepository* repository_;
+    // What walks over all drivers look at, close together.
     TYPtr<IDriver> driver_;
-    Attributes attachments_;
-    Entries listeners_;
-
-    // The repository's bookkeeping, close to what walks over all drivers look at.
     DriverWrapper* newer_ = nullptr;
+    DriverWrapper* older_ = nullptr;
     Stamp stamp_ = 0;
     bool gone_ = false;
 
@@ -209,14 +206,17 @@ private:
     std::uint16_t walkLevel_ = 0;     // attachment walks under way
     std::uint16_t snapshotLevel_ = 0; // snapshots under way
 
+    Attributes attachments_;
+    Entries listeners_;
+    EntryRoom room_; // behind the record
+
     // The frames of what is under way, the latest first.
     Joining* joinings_ = nullptr;
     Leaving* leavings_ = nullptr;
     Walk* walks_ = nullptr;
     Change* changes_ = nullptr;
 
-    DriverWrapper* older_ = nullptr;
-    EntryRoom room_; // behind the record
+    IDriverRepository* repository_;
 };
 
 #endif

@@ -7,7 +7,7 @@ using Record = CDriverRepository::DriverWrapper;
 Record::DriverWrapper() : DriverWrapper(nullptr, nullptr) {}
 
 Record::DriverWrapper(IDriverRepository* repository, IDriver* driver)
-    : repository_(repository), driver_(TYPtr<IDriver>::share(driver))
+    : driver_(TYPtr<IDriver>::share(driver)), repository_(repository)
 {}
 
 Record::~DriverWrapper()
