@@ -9,9 +9,9 @@ class CDriverRepository::Operation
 {
 public:
     explicit Operation(CDriverRepository const& repository)
-        : repository_(const_cast<CDriverRepository&>(repository)),
-          life_(TYPtr<IDriverRepository>::share(&repository_))
+        : repository_(const_cast<CDriverRepository&>(repository))
     {
+        repository_.refs_.increment();
         ++repository_.running_;
     }
     Operation(Operation const&) = delete;
@@ -20,6 +20,8 @@ public:
     {
         settle();
         --repository_.running_;
+        if (repository_.refs_.decrement())
+            delete &repository_;
     }
 
     /// Frees what has gone, if this is the outermost operation, and returns whether there was
@@ -35,7 +37,6 @@ public:
 
 private:
     CDriverRepository& repository_;
-    const TYPtr<IDriverRepository> life_;
 };
 
 /// A driver that is just leaving: what is still owed to its listeners and to itself.

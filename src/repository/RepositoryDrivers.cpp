@@ -102,7 +102,9 @@ XCode CDriverRepository::introduce(String& error, String const& name, DriverWrap
     return orUndo(
         [&] {
             driver->setDriverRepository(this);
-            XCode rc = offer(error, record, stop);
+            XCode rc; // for nobody there, nothing is prepared
+            if (listeners_.count() != 0)
+                rc = offer(error, record, stop);
             return rc.code() == 0 && record.gone_ ? failUnknown(error, name) : std::move(rc);
         },
         undo);
@@ -126,8 +128,6 @@ bool CDriverRepository::holds(String const& name, IDriver const* driver) const
                                                 Listeners::Iterator& stop)
 {
     stop = listeners_.begin();
-    if (stop == listeners_.end()) // spares preparing
-        return XCode();
     const bool mayKnow = false;
     DriverWrapper::Entry hint = record.listeners_.begin();
     DriverWrapper::Voice voice;
@@ -183,12 +183,16 @@ void CDriverRepository::retire(String const& name, Drivers::Iterator place, IDri
 
 void CDriverRepository::finish(Departure& departure)
 {
-    inTurn([&] { throughout([&] { sayFarewells(departure); }); },
-           [&] {
-               const TYPtr<IDriver> told(departure.told.detach());
-               if (told)
-                   told.get()->setDriverRepository(nullptr);
-           });
+    inTurn(
+        [&] {
+            if (departure.record.hadActive_) // else nobody has been told of it
+                throughout([&] { sayFarewells(departure); });
+        },
+        [&] {
+            const TYPtr<IDriver> told(departure.told.detach());
+            if (told)
+                told.get()->setDriverRepository(nullptr);
+        });
 }
 
 /// Tells the listeners that had their offer, last first. An entry's active flag says who is still
@@ -196,8 +200,6 @@ void CDriverRepository::finish(Departure& departure)
 [[gnu::flatten]] void CDriverRepository::sayFarewells(Departure& departure)
 {
     DriverWrapper& record = departure.record;
-    if (!record.hadActive_) // nobody has been told of it
-        return;
     bool offered = departure.stop == listeners_.end();
     DriverWrapper::Entry hint = record.listeners_.end();
     DriverWrapper::Voice voice;
