@@ -8,8 +8,8 @@
 
 /// Room for entries of drivers' lists of listeners in one block of memory that somebody else owns.
 /// Whoever comes later, a driver or a listener, brings room for all whom it meets; so a meeting
-/// asks for no memory of its own. A place serves one entry, and is not used again when that has
-/// gone: it goes with its block, so nothing has to be given back, or looked up before it is.
+/// asks for no memory of its own. A place serves one entry and is not used again: it goes with its
+/// block, so that nobody counts who has room left.
 ///
 /// Locking     none.
 class CDriverRepository::EntryRoom

@@ -181,4 +181,26 @@ TEST_F(OfferCost, WhoComesLaterBringsTheRoomForTheMeetings)
     repository().removeDriver(second.get());
 }
 
+TEST_F(OfferCost, ComingsAndGoingsLeaveNoRoomBehind)
+{
+    const TYPtr<CDriver> stays(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
+    const TYPtr<CDriver> returns(new CDriver(IDriver::DID_UNKNOWN(), "fxs 2"));
+    listenUpTo(3);
+    repository().addDriver(error_, stays.get());
+    repository().addDriver(error_, returns.get());
+    std::int64_t bytes = 0;
+    for (int round = 0; round < 10; ++round) {
+        repository().removeDriver(returns.get());
+        repository().removeDriverRepositoryObserver("2");
+        --listening_;
+        listenUpTo(3);
+        repository().addDriver(error_, returns.get());
+        if (round == 0)
+            bytes = allocations::bytes();
+        EXPECT_EQ(bytes, allocations::bytes()) << "round " << round;
+    }
+    repository().removeDriver(stays.get());
+    repository().removeDriver(returns.get());
+}
+
 } // namespace
