@@ -41,19 +41,6 @@ public:
     ~Listener();
 
     /// @{
-    /// With the room for its place in the repository's list before it.
-    static void* operator new(std::size_t size)
-    {
-        return static_cast<char*>(::operator new(PLACE_SIZE + size)) + PLACE_SIZE;
-    }
-    static void operator delete(void* listener)
-    {
-        if (listener != nullptr)
-            ::operator delete(static_cast<Listener*>(listener)->placeInList());
-    }
-    /// @}
-
-    /// @{
     /// As given to the constructor.
     String const& name() const { return name_; }
     TOVA_UUID const& did() const { return classId_; }
@@ -93,9 +80,22 @@ private:
     static std::uint8_t wantsOf(TOVA_UUID const& classId, TOVA_UUID const& interfaceId,
                                 Attributes const& attributes);
     bool makeRoom(std::uint32_t entries);
-    void* placeInList() { return reinterpret_cast<char*>(this) - PLACE_SIZE; }
 
-    // The place in the repository's list, before a listener on the heap.
+    /// A listener in one block with the room for its place in the repository's list before it;
+    /// `destroy` frees both. The arguments are the constructor's. Failure: std::bad_alloc.
+    template <class... Arguments> static Listener* create(Arguments const&... arguments)
+    {
+        std::unique_ptr<char[]> block(new char[PLACE_SIZE + sizeof(Listener)]);
+        auto* const listener = new (block.get() + PLACE_SIZE) Listener(arguments...);
+        static_cast<void>(block.release());
+        return listener;
+    }
+    void destroy()
+    {
+        const std::unique_ptr<char[]> block(static_cast<char*>(placeInList()));
+        this->~Listener();
+    }
+    void* placeInList() { return reinterpret_cast<char*>(this) - PLACE_SIZE; }
     static constexpr std::size_t PLACE_SIZE =
         (TOVA_List<ListenerWrapper>::NODE_SIZE + alignof(Stamp) - 1) & ~(alignof(Stamp) - 1);
 

@@ -94,6 +94,6 @@ void CDriverRepository::free(Listener* listeners)
     while (listeners != nullptr) {
         Listener* const listener = listeners;
         listeners = listener->nextGrave_;
-        delete listener;
+        listener->destroy();
     }
 }

@@ -70,10 +70,11 @@ XCode CDriverRepository::addDriverRepositoryObserver(
 {
     Operation operation(*this);
     const String own(name);
-    std::unique_ptr<Listener> listener;
+    const auto destroy = [](Listener* unused) { unused->destroy(); };
+    std::unique_ptr<Listener, decltype(destroy)> listener(nullptr, destroy);
     try { // before the first call-out, which may change the arguments
-        listener.reset(new Listener(own, classId, interfaceId, driverNamePattern, attributes,
-                                    priority, rightOfVeto, snapshot, delegate));
+        listener.reset(Listener::create(own, classId, interfaceId, driverNamePattern, attributes,
+                                        priority, rightOfVeto, snapshot, delegate));
     } catch (std::bad_alloc const&) {
     }
     logDebug(0, "DrvRepo: Add listener '%s'", own.cString());
@@ -225,5 +226,5 @@ void CDriverRepository::discard(Listener& listener)
     while (at->listener() != &listener)
         ++at;
     listeners_.extract(at);
-    delete &listener;
+    listener.destroy();
 }
