@@ -185,7 +185,7 @@ void CDriverRepository::finish(Departure& departure)
 {
     inTurn(
         [&] {
-            if (departure.record.hadActive_) // else nobody has been told of it
+            if (departure.record.hadMatch_) // else nobody has been told of it
                 throughout([&] { sayFarewells(departure); });
         },
         [&] {

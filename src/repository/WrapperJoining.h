@@ -67,7 +67,7 @@ inline XCode CDriverRepository::DriverWrapper::meet(String& error, Listener* l, 
         succeed(error);
         return XCode();
     }
-    hadActive_ = true;
+    hadMatch_ = true;
     Joining joining(*this, hint, voice);
     return welcome(error, joining, REFUSED_OFFER);
 }

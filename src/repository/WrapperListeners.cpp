@@ -10,7 +10,6 @@ int Record::addListenerOnce(Listener* l, bool active)
     if (known != listeners_.end())
         return known->incRef();
     link(placeAround(listeners_.begin(), l->priority()), l, active);
-    hadActive_ = hadActive_ || active;
     return 1;
 }
 

@@ -62,7 +62,7 @@ inline void CDriverRepository::DriverWrapper::activate(Entry entry)
     entry->activate();
     entry->joinedIn_ = walkLevel_;
     lateEntries_ = lateEntries_ || walkLevel_ != 0;
-    hadActive_ = true;
+    hadMatch_ = true;
 }
 
 inline void CDriverRepository::DriverWrapper::deactivate(Entry entry)
