@@ -47,4 +47,25 @@ TEST_F(Departure, IsToldToAllBeforeTheDriverIsRemovedAgainFromInside)
     observer("c").then = nullptr;
 }
 
+// The log tells what was asked for before what comes of it.
+TEST_F(Departure, IsRemovedAgainInTheLogBeforeTheOtherFarewells)
+{
+    listen("a", 1);
+    listen("b", 2);
+    add("fxs 1");
+    std::string meanwhile;
+    observer("b").then = [&](std::string const& what) {
+        if (what != "removed fxs 1")
+            return;
+        lines();
+        repository().removeDriver(&driver("fxs 1"));
+        meanwhile = lines();
+    };
+    remove("fxs 1");
+    EXPECT_EQ("<7> DrvRepo: Remove driver 'fxs 1'\n"
+              "<7> DrvRepo:   fxs 1: Notify listener 'a': onDriverRemoved()\n",
+              meanwhile);
+    observer("b").then = nullptr;
+}
+
 } // namespace

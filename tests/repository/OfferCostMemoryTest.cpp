@@ -1,3 +1,5 @@
+#include <drvrepo/DriverWrapper.h>
+
 #include <support/Allocations.h>
 #include <support/RepositoryFixture.h>
 
@@ -201,6 +203,19 @@ TEST_F(OfferCost, ComingsAndGoingsLeaveNoRoomBehind)
     }
     repository().removeDriver(stays.get());
     repository().removeDriver(returns.get());
+}
+
+TEST_F(OfferCost, RecordInNoRepositoryFreesTheEntriesThatItAskedFor)
+{
+    const TYPtr<CDriver> plain(new CDriver(IDriver::DID_UNKNOWN(), "fxs 1"));
+    CDriverRepository::Listener listener;
+    const std::int64_t before = allocations::bytes();
+    {
+        CDriverRepository::DriverWrapper record(nullptr, plain.get());
+        record.addListenerOnce(&listener, true);
+        EXPECT_LT(before, allocations::bytes());
+    }
+    EXPECT_EQ(before, allocations::bytes());
 }
 
 } // namespace
