@@ -201,8 +201,8 @@ private:
 
     bool lateEntries_ = false;        // an entry came while an attachment walk was under way
     bool lateValues_ = false;         // a value was set while a snapshot was under way
-    bool entriesApart_ = false;       // an entry has memory of its own
-    bool hadMatch_ = false;           // an offer or a new value has begun one
+    bool entriesApart_ : 1;           // an entry has memory of its own
+    bool hadMatch_ : 1;               // an offer or a new value has begun one
     std::uint16_t walkLevel_ = 0;     // attachment walks under way
     std::uint16_t snapshotLevel_ = 0; // snapshots under way
 
