@@ -192,10 +192,14 @@ private:
     void rematch();
     void rematch(Entry entry);
 
-    // What walks over all drivers look at, close together.
+    // The places of these four are binary contract.
+    IDriverRepository* repository_;
     TYPtr<IDriver> driver_;
+    Attributes attachments_;
+    Entries listeners_;
+
+    // The repository's bookkeeping, close to what walks over all drivers look at.
     DriverWrapper* newer_ = nullptr;
-    DriverWrapper* older_ = nullptr;
     Stamp stamp_ = 0;
     bool gone_ = false;
 
@@ -206,8 +210,6 @@ private:
     std::uint16_t walkLevel_ = 0;     // attachment walks under way
     std::uint16_t snapshotLevel_ = 0; // snapshots under way
 
-    Attributes attachments_;
-    Entries listeners_;
     EntryRoom room_; // behind the record
 
     // The frames of what is under way, the latest first.
@@ -216,7 +218,7 @@ private:
     Walk* walks_ = nullptr;
     Change* changes_ = nullptr;
 
-    IDriverRepository* repository_;
+    DriverWrapper* older_ = nullptr;
 };
 
 #endif

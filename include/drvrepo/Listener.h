@@ -99,21 +99,21 @@ private:
     static constexpr std::size_t PLACE_SIZE =
         (TOVA_List<ListenerWrapper>::NODE_SIZE + alignof(Stamp) - 1) & ~(alignof(Stamp) - 1);
 
-    // What every walk looks at: close together, and to that place.
-    Stamp stamp_ = 0; // 0 without a registration, which a copy is
+    // The places of these are binary contract, but for the two that stand in a gap.
+    String name_;
+    TOVA_UUID classId_;
+    TOVA_UUID interfaceId_;
+    String pattern_;
+    Attributes attributes_;
     std::uint32_t priority_ = 0;
-    bool gone_ = false;
     bool rightOfVeto_ = false;
     bool snapshotFlag_ = false;
+    bool gone_ = false;
     std::uint8_t wants_ = 0;
-    String pattern_;
-    TOVA_UUID classId_;
     TYPtr<Delegate> delegate_;
     std::uint32_t counts_[4] = {};
 
-    Attributes attributes_;
-    TOVA_UUID interfaceId_;
-    String name_;
+    Stamp stamp_ = 0; // 0 without a registration, which a copy is
     Listener* nextGrave_ = nullptr;
     EntryRoom room_;
     std::unique_ptr<char[]> block_; // the room's

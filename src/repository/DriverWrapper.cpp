@@ -7,8 +7,8 @@ using Record = CDriverRepository::DriverWrapper;
 Record::DriverWrapper() : DriverWrapper(nullptr, nullptr) {}
 
 Record::DriverWrapper(IDriverRepository* repository, IDriver* driver)
-    : driver_(TYPtr<IDriver>::share(driver)), entriesApart_(false), hadMatch_(false),
-      repository_(repository)
+    : repository_(repository), driver_(TYPtr<IDriver>::share(driver)), entriesApart_(false),
+      hadMatch_(false)
 {}
 
 Record::~DriverWrapper()

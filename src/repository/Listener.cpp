@@ -8,17 +8,17 @@ CDriverRepository::Listener::Listener(String const& name, TOVA_UUID const& class
                                       TOVA_UUID const& interfaceId, String const& driverNamePattern,
                                       Attributes const& attributes, unsigned int priority,
                                       bool rightOfVeto, bool snapshotFlag, Delegate* delegate)
-    : priority_(priority), rightOfVeto_(rightOfVeto), snapshotFlag_(snapshotFlag),
-      wants_(wantsOf(classId, interfaceId, attributes)), pattern_(driverNamePattern),
-      classId_(classId), delegate_(TYPtr<Delegate>::share(delegate)), attributes_(attributes),
-      interfaceId_(interfaceId), name_(name)
+    : name_(name), classId_(classId), interfaceId_(interfaceId), pattern_(driverNamePattern),
+      attributes_(attributes), priority_(priority), rightOfVeto_(rightOfVeto),
+      snapshotFlag_(snapshotFlag), wants_(wantsOf(classId, interfaceId, attributes)),
+      delegate_(TYPtr<Delegate>::share(delegate))
 {}
 
 CDriverRepository::Listener::Listener(Listener const& other)
-    : priority_(other.priority_), rightOfVeto_(other.rightOfVeto_),
-      snapshotFlag_(other.snapshotFlag_), wants_(other.wants_), pattern_(other.pattern_),
-      classId_(other.classId_), delegate_(other.delegate_), attributes_(other.attributes_),
-      interfaceId_(other.interfaceId_), name_(other.name_)
+    : name_(other.name_), classId_(other.classId_), interfaceId_(other.interfaceId_),
+      pattern_(other.pattern_), attributes_(other.attributes_), priority_(other.priority_),
+      rightOfVeto_(other.rightOfVeto_), snapshotFlag_(other.snapshotFlag_), wants_(other.wants_),
+      delegate_(other.delegate_)
 {
     for (unsigned int i = 0; i < 4; ++i)
         counts_[i] = other.counts_[i];
