@@ -5,19 +5,44 @@
 #include <drvrepo/DriverWrapper.h>
 #include <drvrepo/Listener.h>
 
-#ifdef __arm__
 #include <cstddef>
 
 #pragma GCC diagnostic ignored "-Winvalid-offsetof" // GCC answers for classes with tables as well
 
 namespace
 {
+template <int LINE, std::size_t FIRST, std::size_t SECOND> struct InOrder
+{
+    static_assert(FIRST < SECOND, "fields have changed places that other builds know");
+};
+
+// On every target the order is fixed; here for the classes that have fields of ours behind.
+// The arguments of an explicit instantiation may name private members.
+#define ORDER(type, first, second)                                                                 \
+    template struct InOrder<__LINE__, offsetof(type, first), offsetof(type, second)>
+
+ORDER(CDriverRepository::DriverWrapper, repository_, driver_);
+ORDER(CDriverRepository::DriverWrapper, driver_, attachments_);
+ORDER(CDriverRepository::DriverWrapper, attachments_, listeners_);
+ORDER(CDriverRepository::DriverWrapper, listeners_, newer_);
+
+ORDER(CDriverRepository::Listener, name_, classId_);
+ORDER(CDriverRepository::Listener, classId_, interfaceId_);
+ORDER(CDriverRepository::Listener, interfaceId_, pattern_);
+ORDER(CDriverRepository::Listener, pattern_, attributes_);
+ORDER(CDriverRepository::Listener, attributes_, priority_);
+ORDER(CDriverRepository::Listener, priority_, rightOfVeto_);
+ORDER(CDriverRepository::Listener, rightOfVeto_, snapshotFlag_);
+ORDER(CDriverRepository::Listener, snapshotFlag_, delegate_);
+ORDER(CDriverRepository::Listener, delegate_, counts_);
+ORDER(CDriverRepository::Listener, counts_, stamp_);
+
+#ifdef __arm__
 template <int LINE, std::size_t FOUND, std::size_t FIXED> struct FieldAt
 {
     static_assert(FOUND == FIXED, "a field has left the place that other builds know");
 };
 
-// The arguments of an explicit instantiation may name private members.
 #define FIELD(type, field, offset) template struct FieldAt<__LINE__, offsetof(type, field), offset>
 
 using Vector = TOVA_Vector<String>;
@@ -122,5 +147,5 @@ FIELD(CChannelGroup, refs_, 12);
 FIELD(CChannelGroup, name_, 16);
 FIELD(CChannelGroup, timeslots_, 20);
 FIELD(CChannelGroup, observers_, 24);
-} // namespace
 #endif
+} // namespace

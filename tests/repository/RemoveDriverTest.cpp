@@ -33,6 +33,17 @@ TEST_F(RemoveDriver, EqualsAreToldInTheReverseOfTheirComing)
     EXPECT_EQ("first: removed fxs 1\nsecond: removed fxs 1\nthird: removed fxs 1\n", heard());
 }
 
+// Nobody matched when the driver came.
+TEST_F(RemoveDriver, IsHeardByWhomANewValueBroughtIn)
+{
+    listen("a", 1, Terms().attribute("k", "v"));
+    add("fxs 1");
+    attach("fxs 1", "k", "v");
+    EXPECT_EQ("a: added fxs 1\n", heard());
+    remove("fxs 1");
+    EXPECT_EQ("a: removed fxs 1\n", heard());
+}
+
 TEST_F(RemoveDriver, LeavesItInNoRepository)
 {
     add("fxs 1");
